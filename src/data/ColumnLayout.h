@@ -1,0 +1,24 @@
+#pragma once
+
+#include "data/FieldReaders.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// How the fields of one block's record lines are read, and what the values they give are called.
+struct ColumnLayout {
+    std::vector<FieldReader> readers; // one for each column of the header line
+    std::vector<std::string> valueNames;
+    std::vector<std::string> valueUnits; // parallel to valueNames
+    std::uint8_t checksumSeed = 0;       // byte sum of the tag and the tab behind it
+};
+
+// More value columns than any analyser writes: a header that asks for more is damaged.
+inline constexpr std::size_t maximumValueColumns = 10000;
+
+// Binds every column of a header line to its reader and looks up its unit; a unit in the name's parentheses
+// goes into the unit table. Throws std::length_error beyond maximumValueColumns.
+ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> &columnNames,
+                           const std::vector<std::string> &diagnosticNames);

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "data/Accumulator.h"
+#include "data/AveragedSeries.h"
+#include "data/ColumnLayout.h"
+#include "data/HalfHourIndex.h"
+#include "data/Record.h"
+#include "data/RecordClock.h"
+#include "time/Timezone.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <limits>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Where a block of records comes from and what its key lines said when its header line came.
+struct SourceHeader {
+    std::string fileName;
+    std::string subFileName; // archive member; empty for a plain file
+    std::string instrument;
+    std::string serialNumber;
+    std::string softwareVersion;
+    std::string timezone;
+};
+
+// One block of records of one source: a header line and the record lines of its tag that follow.
+//
+// Keeps the columns, the time range, an index into the source and averages, minima and maxima at four period
+// lengths, but not the records, which are read again from the source. Filled by the one thread that reads the
+// source; afterwards held by shared ownership and only read, from any thread.
+class DataFragment {
+public:
+    class _ContextType; // reads the block's records again: data/RecordCursor.h
+
+    static constexpr std::array<std::uint32_t, 4> periods{60, 300, 1800, 7200}; // s
+
+    // Throws Timezone::Error when the header's zone cannot be loaded.
+    DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
+                 std::vector<std::string> diagnosticNames);
+
+    // While loading.
+
+    // Names for the bits of the diagnostic word; they count until the first record line has come.
+    void setDiagnosticNames(std::vector<std::string> names);
+    bool columnsAreSetUp() const { return columnsAreSetUp_; }
+    // Binds the columns to their readers. Runs before the first record; throws std::length_error on a header
+    // with too many columns, whose records are then all dropped.
+    void setUpColumns();
+    // Reads the record line and, when it is good, takes its record in. `lineOffset` is the line's offset in
+    // the source as the line reader reports it.
+    void acceptRecord(std::uint64_t lineOffset, std::string_view line);
+    // The block's lines lie at these true offsets of its source, the header line first.
+    void setBlockBegin(std::uint64_t offset) { blockBegin_ = offset; }
+    void setBlockEnd(std::uint64_t offset) { blockEnd_ = offset; }
+    // Gives back the memory that only loading needs.
+    void finishLoading();
+
+    // Reads a record line, tag included, into `record`, whose time `clock` completes. False for a bad record;
+    // a bad checksum is counted, also when the line is read again.
+    bool readRecord(std::string_view line, RecordClock &clock, Record &record) const;
+
+    const SourceHeader &header() const { return header_; }
+    const std::string &tag() const { return tag_; }
+    bool isOf(std::string_view instrument, std::string_view tag) const {
+        return header_.instrument == instrument && tag_ == tag;
+    }
+    const Timezone &timezone() const { return timezone_; }
+    const std::vector<std::string> &columnNames() const { return columnNames_; }
+    const std::vector<std::string> &diagnosticNames() const { return diagnosticNames_; }
+    const std::vector<std::string> &valueNames() const { return layout_.valueNames; }
+    const std::vector<std::string> &valueUnits() const { return layout_.valueUnits; }
+    std::size_t valueCount() const { return layout_.valueNames.size(); }
+    std::uint8_t checksumSeed() const { return layout_.checksumSeed; }
+    // Index of the first value column called `name`, or -1.
+    std::ptrdiff_t valueIndex(std::string_view name) const;
+    void addVariableKeys(std::set<std::string> &keys) const;
+
+    std::uint32_t recordCount() const { return recordCount_; }
+    std::uint32_t checksumFailures() const { return checksumFailures_.load(std::memory_order_relaxed); }
+    // Offsets of the first record line and just behind the last one, as the line reader reports them; 0
+    // without records.
+    std::uint64_t firstOffset() const { return firstOffset_; }
+    std::uint64_t endOffset() const { return endOffset_; }
+    std::uint64_t blockBegin() const { return blockBegin_; }
+    std::uint64_t blockEnd() const { return blockEnd_; }
+    // Times of the first and the last record in file order, and the latest of all; UTC seconds, 0 without
+    // records.
+    double firstTime() const { return firstTime_; }
+    double lastTime() const { return lastTime_; }
+    double latestTime() const;
+    const HalfHourIndex &halfHourIndex() const { return halfHourIndex_; }
+    // Earliest time and smallest values, latest time and largest values of the whole block.
+    const Record &minimumRecord() const { return minimum_; }
+    const Record &maximumRecord() const { return maximum_; }
+    // The averaged series of periods[level].
+    const AveragedSeries &series(std::size_t level) const { return series_[level]; }
+
+private:
+    void takeIn(const Record &record, std::uint64_t lineOffset, std::size_t lineLength);
+    void startPeriods(std::uint32_t utcSeconds);
+    void closePeriods(const RecordStamp &stamp);
+    void widenExtremes(const Record &record);
+
+    SourceHeader header_;
+    std::string tag_;
+    Timezone timezone_;
+    mutable std::atomic<std::uint32_t> checksumFailures_ = 0;
+    std::uint64_t firstOffset_ = 0;
+    std::uint64_t endOffset_ = 0;
+    std::uint64_t blockBegin_ = 0;
+    std::uint64_t blockEnd_ = std::numeric_limits<std::uint64_t>::max();
+    std::vector<std::string> columnNames_;
+    std::vector<std::string> diagnosticNames_;
+    ColumnLayout layout_;
+    bool columnsAreSetUp_ = false;
+    bool columnsAreRefused_ = false;
+    HalfHourIndex halfHourIndex_;
+    double firstTime_ = 0;
+    double lastTime_ = 0;
+    std::uint32_t recordCount_ = 0;
+    std::array<Accumulator, periods.size()> accumulators_;
+    // Wider than a time, so that the last period of the range does not wrap round.
+    std::array<std::uint64_t, periods.size()> pendingEnds_{};
+    std::array<AveragedSeries, periods.size()> series_;
+    Record minimum_;
+    Record maximum_;
+    RecordClock clock_;
+    Record scratch_; // the record being read
+};

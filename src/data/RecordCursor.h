@@ -1,0 +1,67 @@
+#pragma once
+
+#include "data/DataFragment.h"
+#include "data/DataSet.h"
+#include "loading/lines/ChunkLineReader.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Byte offsets, as the line reader reports them, between which a fragment's records from `start` to `end`
+// (UTC seconds, or the whole-range bounds) are read.
+std::uint64_t startOffsetFor(const DataFragment &fragment, double start);
+std::uint64_t endOffsetFor(const DataFragment &fragment, double end);
+
+// Reads the records of one fragment between two times again from its source, in source order.
+//
+// Only the fragment's own records come: the bounds are narrowed to its time range, and lines of other blocks
+// of the same source are passed over. Reading the whole range gives exactly the records that loading gave. A
+// source that cannot be opened any more gives no records and one line on standard error. Belongs to one
+// thread; the fragment must outlive it.
+class DataFragment::_ContextType {
+public:
+    // From `start` to `end`, both inclusive, in UTC seconds or the whole-range bounds.
+    _ContextType(const DataFragment &fragment, double start, double end);
+
+    const Record &record() const { return record_; }
+    bool isExhausted() const { return record_.values.empty(); }
+    void advance();
+
+private:
+    bool readNext();
+    void exhaust();
+
+    const DataFragment &fragment_;
+    double end_;
+    std::string prefix_; // the tag and its tab
+    RecordClock clock_;
+    ChunkLineReader lines_;
+    Record record_;
+};
+
+// Reads the records of all fragments of one instrument and tag between two times, fragment after fragment in
+// the data set's order. It walks a snapshot of the data set's list, so the set may change meanwhile.
+class DataSet::_ContextType {
+public:
+    _ContextType(const DataSet &dataSet, std::string_view instrument, std::string_view tag, double start,
+                 double end);
+    // The same over the fragments of DataSet::fragmentsOf().
+    _ContextType(std::vector<std::shared_ptr<const DataFragment>> fragments, double start, double end);
+
+    const Record &record() const { return record_; }
+    bool isExhausted() const { return record_.values.empty(); }
+    void advance();
+
+private:
+    void takeNext();
+
+    std::vector<std::shared_ptr<const DataFragment>> fragments_;
+    std::size_t nextFragment_ = 0;
+    double start_;
+    double end_;
+    std::unique_ptr<DataFragment::_ContextType> reader_;
+    Record record_;
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "data/DataSet.h"
+
+#include <QString>
+
+#include <atomic>
+#include <functional>
+
+// What loading one file came to, for people.
+struct LoadReport {
+    // Set when the file, or a part of it, could not be read as a data file.
+    QString problem;
+    // Set when the file was read but holds no record.
+    QString remark;
+};
+
+// Called with the percentage of the bytes read (0 first, then growing, 100 last) and the file's size on disk.
+using LoadProgress = std::function<void(int percent, qint64 fileSize)>;
+
+// Reads the plain file or archive `fileName` line by line into `source`, which was made for it. Stops soon
+// after `cancelled` is set. Never throws for anything that the file holds. Runs on any thread.
+LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
+                    const LoadProgress &progress);
+
+// Why `fileName` cannot be loaded: missing, not a regular file, not readable. Empty when it can.
+QString whyNotLoadable(const QString &fileName);

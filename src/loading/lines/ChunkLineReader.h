@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QIODevice>
+#include <QString>
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+// Reads the lines of a plain file or of one archive member, in pieces of 8 MiB into one block.
+//
+// A line is a view into the block, without its "\n" or "\r\n", and holds until the next call. The last line
+// of a source that ends without a line feed is not delivered; a line longer than 1 MiB ends the reading.
+// Belongs to one thread.
+class ChunkLineReader {
+public:
+    static constexpr qint64 maximumLineLength = 1024 * 1024;
+    static constexpr qint64 readSize = 8 * 1024 * 1024;
+
+    ChunkLineReader();
+    ~ChunkLineReader();
+    ChunkLineReader(const ChunkLineReader &) = delete;
+    ChunkLineReader &operator=(const ChunkLineReader &) = delete;
+
+    // Opens the plain file `path`, or its archive member `member` when that is not empty, at byte
+    // `startOffset` of the uncompressed bytes. False when it cannot be opened: problem() then says why.
+    bool open(const QString &path, const QString &member, qint64 startOffset = 0);
+    // The same over any device that is open for reading.
+    bool openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset = 0);
+
+    // Moves to the next line; false at the end.
+    bool nextLine();
+    std::string_view line() const;
+
+    // Offset of the line as it is reported and indexed. Every refill that carries part of a line over makes
+    // the offsets after it fall short by the carried bytes; the shortfalls add up. This is kept: readers that
+    // seek to such an offset start a little early and skip what is not theirs.
+    std::uint64_t lineOffset() const;
+    // By how much lineOffset() falls short of the line's true offset, in bytes.
+    std::uint64_t shortfall() const { return shortfall_; }
+
+    // Passes over `count` bytes; false when fewer are left in the present data and one refill.
+    bool skip(qint64 count);
+
+    void close();
+
+    // Bytes of the open source, uncompressed.
+    qint64 size() const { return size_; }
+
+    // Why reading ended before the source's end, for people; empty when it did not. A damaged archive member
+    // shows only when it is closed.
+    const QString &problem() const { return problem_; }
+
+private:
+    struct Free {
+        void operator()(char *block) const { std::free(block); }
+    };
+
+    bool skipToStart(qint64 startOffset);
+    bool findLine();
+    bool fill(qint64 fileOffset);
+    bool lineTooLong();
+    qint64 carryLimit(qint64 carry) const;
+
+    std::unique_ptr<QIODevice> device_;
+    std::unique_ptr<char, Free> memory_;
+    char *buffer_ = nullptr; // 9 MiB: 1 MiB of room for a carried-over line, then the bytes read
+    qint64 size_ = 0;
+    qint64 base_ = 0; // file offset that the start of the buffer stands for
+    std::uint64_t shortfall_ = 0;
+    const char *dataEnd_ = nullptr; // null before the first fill
+    const char *lineBegin_ = nullptr;
+    const char *lineEnd_ = nullptr;
+    const char *next_ = nullptr;
+    QString problem_;
+};
