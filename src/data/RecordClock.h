@@ -7,7 +7,7 @@
 // no zone or no seconds, local date and time from the UTC seconds otherwise.
 class RecordClock {
 public:
-    explicit RecordClock(const Timezone &timezone) : timezone_(timezone.fresh()) {}
+    explicit RecordClock(const Timezone &zone) : zone_(zone.fresh()) {}
 
     // Completes the stamp of a record whose fields have been read.
     void complete(RecordStamp &stamp);
@@ -16,7 +16,7 @@ private:
     void secondsFromLocalTime(RecordStamp &stamp);
     void localTimeFromSeconds(RecordStamp &stamp);
 
-    Timezone timezone_;
+    Timezone zone_;
     // The last conversion, which the other records of the same second share.
     bool hasLocal_ = false;
     std::uint32_t localOf_ = 0;
