@@ -1,0 +1,130 @@
+#include "data/DataFileParser.h"
+
+#include <exception>
+
+namespace {
+
+struct TagPrefixes {
+    std::string_view tag;
+    std::string_view record;
+    std::string_view header;
+};
+
+constexpr std::size_t dataTag = 0;
+constexpr std::size_t statusTag = 1;
+constexpr std::array<TagPrefixes, 3> tagPrefixes{{
+    {"DATA", "DATA\t", "DATAH\t"},
+    {"DATASTAT", "DATASTAT\t", "DATASTATH\t"},
+    {"DATABIO", "DATABIO\t", "DATABIOH\t"},
+}};
+constexpr std::string_view diagnosticNamesPrefix = "DATADIAGH\t";
+
+struct KeyPrefix {
+    std::string_view prefix;
+    std::string SourceHeader::*value;
+};
+
+constexpr std::array<KeyPrefix, 7> keyPrefixes{{
+    {"DATAEVENT\tNAME\t", &SourceHeader::instrument},
+    {"Instrument:\t", &SourceHeader::instrument},
+    {"DATAEVENT\tSN\t", &SourceHeader::serialNumber},
+    {"Serial Number:\t", &SourceHeader::serialNumber},
+    {"SN:\t", &SourceHeader::serialNumber},
+    {"Software Version:\t", &SourceHeader::softwareVersion},
+    {"Timezone:\t", &SourceHeader::timezone},
+}};
+
+// Message text grows no further beyond this many characters.
+constexpr std::size_t messageTextLimit = 9999;
+
+// Splits at every tab; a tab at the very end adds no empty field.
+std::vector<std::string> splitFields(std::string_view text) {
+    std::vector<std::string> fields;
+    while (!text.empty()) {
+        const auto tab = text.find('\t');
+        fields.emplace_back(text.substr(0, tab));
+        text.remove_prefix(tab == std::string_view::npos ? text.size() : tab + 1);
+    }
+    return fields;
+}
+
+} // namespace
+
+DataFileParser::DataFileParser(std::string fileName, std::string fileNameTag)
+    : header_{std::move(fileName), "", std::move(fileNameTag), "Unknown", "Unknown", "Unknown"} {}
+
+void DataFileParser::setSubFileName(std::string name) {
+    header_.subFileName = std::move(name);
+}
+
+std::shared_ptr<DataFragment> DataFileParser::parseLine(std::uint64_t offset, std::string_view line,
+                                                        std::uint64_t shortfall) {
+    try {
+        return handleLine(offset, line, shortfall);
+    } catch (const std::exception &error) {
+        appendError(error.what());
+        return nullptr;
+    }
+}
+
+void DataFileParser::appendError(std::string_view what) {
+    if (messageText_.size() <= messageTextLimit) {
+        messageText_.append("ERROR: ").append(what);
+    }
+}
+
+std::shared_ptr<DataFragment> DataFileParser::handleLine(std::uint64_t offset, std::string_view line,
+                                                         std::uint64_t shortfall) {
+    for (std::size_t tag = 0; tag < recordTags; ++tag) {
+        if (line.starts_with(tagPrefixes[tag].record)) {
+            if (current_[tag]) {
+                current_[tag]->acceptRecord(offset, line);
+            }
+            return nullptr;
+        }
+    }
+    for (std::size_t tag = 0; tag < recordTags; ++tag) {
+        const std::string_view prefix = tagPrefixes[tag].header;
+        if (line.starts_with(prefix) && line.size() > prefix.size()) {
+            return startFragment(tag, splitFields(line.substr(prefix.size())), offset + shortfall);
+        }
+    }
+    if (line.starts_with(diagnosticNamesPrefix) && line.size() > diagnosticNamesPrefix.size()) {
+        takeDiagnosticNames(splitFields(line.substr(diagnosticNamesPrefix.size())));
+    } else {
+        handleKeyLine(line);
+    }
+    return nullptr;
+}
+
+std::shared_ptr<DataFragment>
+DataFileParser::startFragment(std::size_t tag, std::vector<std::string> columnNames, std::uint64_t position) {
+    foundHeader_ = true;
+    auto fragment = std::make_shared<DataFragment>(header_, std::string(tagPrefixes[tag].tag),
+                                                   std::move(columnNames), diagnosticNames_);
+    fragment->setBlockBegin(position);
+    const auto &previous = current_[tag];
+    if (previous && previous->header().subFileName == header_.subFileName) {
+        previous->setBlockEnd(position);
+    }
+    current_[tag] = fragment;
+    return fragment;
+}
+
+void DataFileParser::takeDiagnosticNames(std::vector<std::string> names) {
+    diagnosticNames_ = std::move(names);
+    for (const std::size_t tag : {dataTag, statusTag}) {
+        if (current_[tag] && !current_[tag]->columnsAreSetUp()) {
+            current_[tag]->setDiagnosticNames(diagnosticNames_);
+        }
+    }
+}
+
+void DataFileParser::handleKeyLine(std::string_view line) {
+    for (const KeyPrefix &key : keyPrefixes) {
+        if (line.starts_with(key.prefix) && line.size() > key.prefix.size()) {
+            header_.*key.value = line.substr(key.prefix.size());
+            return;
+        }
+    }
+}

@@ -1,0 +1,151 @@
+#include "data/DataFragment.h"
+
+#include "data/VariableKey.h"
+
+#include <algorithm>
+#include <tuple>
+
+DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
+                           std::vector<std::string> diagnosticNames)
+    : header_(std::move(header)),
+      tag_(std::move(tag)),
+      timezone_(header_.timezone),
+      columnNames_(std::move(columnNames)),
+      diagnosticNames_(std::move(diagnosticNames)),
+      clock_(timezone_) {}
+
+void DataFragment::setDiagnosticNames(std::vector<std::string> names) {
+    diagnosticNames_ = std::move(names);
+}
+
+void DataFragment::setUpColumns() {
+    columnsAreSetUp_ = true;
+    columnsAreRefused_ = true;
+    layout_ = layOutColumns(tag_, columnNames_, diagnosticNames_);
+    const std::size_t columns = valueCount();
+    for (std::size_t level = 0; level < periods.size(); ++level) {
+        accumulators_[level].resize(columns);
+        series_[level].setColumns(columns);
+    }
+    minimum_.values.assign(columns, emptyMinimum);
+    maximum_.values.assign(columns, emptyMaximum);
+    scratch_.values.resize(columns);
+    columnsAreRefused_ = false;
+}
+
+void DataFragment::acceptRecord(std::uint64_t lineOffset, std::string_view line) {
+    if (!columnsAreSetUp_) {
+        setUpColumns();
+    }
+    if (!columnsAreRefused_ && readRecord(line, clock_, scratch_)) {
+        takeIn(scratch_, lineOffset, line.size());
+    }
+}
+
+bool DataFragment::readRecord(std::string_view line, RecordClock &clock, Record &record) const {
+    const std::string_view fields = line.substr(std::min(line.size(), tag_.size() + 1));
+    const FieldResult result = readFields(layout_.readers, layout_.checksumSeed, fields, record);
+    if (result == FieldResult::checksumFailure) {
+        checksumFailures_.fetch_add(1, std::memory_order_relaxed);
+    }
+    if (result != FieldResult::good) {
+        return false;
+    }
+    clock.complete(record);
+    return true;
+}
+
+void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::size_t lineLength) {
+    if (recordCount_ == 0) {
+        startPeriods(record.seconds);
+    }
+    lastTime_ = timeOf(record);
+    if (firstTime_ == 0) {
+        firstTime_ = lastTime_;
+    }
+    if (firstOffset_ == 0) {
+        firstOffset_ = lineOffset;
+    }
+    endOffset_ = lineOffset + lineLength;
+    halfHourIndex_.note(record.seconds, lineOffset);
+    closePeriods(record);
+    accumulators_[0].add(record);
+    widenExtremes(record);
+    ++recordCount_;
+}
+
+void DataFragment::startPeriods(std::uint32_t utcSeconds) {
+    halfHourIndex_.begin(utcSeconds);
+    for (std::size_t level = 0; level < periods.size(); ++level) {
+        pendingEnds_[level] = utcSeconds / periods[level] * periods[level];
+    }
+}
+
+void DataFragment::closePeriods(const RecordStamp &stamp) {
+    for (std::size_t level = 0; level < periods.size(); ++level) {
+        const std::uint64_t end = pendingEnds_[level];
+        // A record exactly at a period's end still belongs to it.
+        if (end > stamp.seconds || (end == stamp.seconds && stamp.nanoseconds == 0)) {
+            return;
+        }
+        Accumulator &period = accumulators_[level];
+        if (period.count() > 0) {
+            series_[level].append(static_cast<std::uint32_t>(end), period);
+            if (level + 1 < periods.size()) {
+                accumulators_[level + 1].merge(period);
+            }
+            period.reset();
+        }
+        pendingEnds_[level] = (stamp.seconds / periods[level] + std::uint64_t{1}) * periods[level];
+    }
+}
+
+void DataFragment::widenExtremes(const Record &record) {
+    const auto takeTime = [&record](Record &extreme) {
+        const std::uint32_t word = extreme.diagnosticWord;
+        static_cast<RecordStamp &>(extreme) = record;
+        extreme.diagnosticWord = word;
+    };
+    const auto time = [](const RecordStamp &stamp) { return std::tie(stamp.seconds, stamp.nanoseconds); };
+    const bool isFirst = recordCount_ == 0;
+    if (isFirst || time(record) < time(minimum_)) {
+        takeTime(minimum_);
+    }
+    if (isFirst || time(maximum_) < time(record)) {
+        takeTime(maximum_);
+    }
+    minimum_.diagnosticWord =
+        isFirst ? record.diagnosticWord : std::min(minimum_.diagnosticWord, record.diagnosticWord);
+    maximum_.diagnosticWord =
+        isFirst ? record.diagnosticWord : std::max(maximum_.diagnosticWord, record.diagnosticWord);
+    for (std::size_t i = 0; i < record.values.size(); ++i) {
+        const double value = record.values[i];
+        minimum_.values[i] = value < minimum_.values[i] ? value : minimum_.values[i];
+        maximum_.values[i] = value > maximum_.values[i] ? value : maximum_.values[i];
+    }
+}
+
+void DataFragment::finishLoading() {
+    accumulators_ = {};
+    scratch_ = {};
+    halfHourIndex_.releaseSpareMemory();
+    for (AveragedSeries &series : series_) {
+        series.releaseSpareMemory();
+    }
+}
+
+double DataFragment::latestTime() const {
+    return recordCount_ == 0 ? 0 : timeOf(maximum_);
+}
+
+std::ptrdiff_t DataFragment::valueIndex(std::string_view name) const {
+    const auto &names = layout_.valueNames;
+    const auto found = std::find(names.begin(), names.end(), name);
+    return found == names.end() ? -1 : found - names.begin();
+}
+
+void DataFragment::addVariableKeys(std::set<std::string> &keys) const {
+    for (const std::string &name : layout_.valueNames) {
+        keys.insert(makeVariableKey(header_.instrument, tag_, name));
+    }
+}

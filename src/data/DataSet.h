@@ -57,7 +57,7 @@ public:
     std::set<std::string> variableKeys() const;
     // Changes whenever the set of variable keys changes.
     std::uint64_t variableKeysRevision() const { return keys_.revision(); }
-    bool hasVariableKeys() const { return !keys_.empty(); }
+    bool hasVariableKeys() const;
     std::set<std::string> variableKeysOfInstrument(std::string_view instrument) const;
     std::set<std::string> variableKeysOfInstrumentAndTag(std::string_view instrument,
                                                          std::string_view tag) const;

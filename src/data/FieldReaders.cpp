@@ -1,0 +1,190 @@
+#include "data/FieldReaders.h"
+
+#include "data/NumberReading.h"
+
+#include <cmath>
+
+namespace {
+
+// Takes an integer cut to the field's width.
+template <typename Field>
+bool readInto(TextCursor &cursor, Field &field) {
+    std::int64_t value = 0;
+    if (!readInteger(cursor, value)) {
+        return false;
+    }
+    field = static_cast<Field>(value);
+    return true;
+}
+
+// Takes three integers with one character of any kind between each two.
+template <typename First>
+bool readTriple(TextCursor &cursor, First &first, std::uint8_t &second, std::uint8_t &third) {
+    const auto stepOverSeparator = [&cursor] { cursor.at += cursor.at != cursor.end ? 1 : 0; };
+    if (!readInto(cursor, first)) {
+        return false;
+    }
+    stepOverSeparator();
+    if (!readInto(cursor, second)) {
+        return false;
+    }
+    stepOverSeparator();
+    return readInto(cursor, third);
+}
+
+// Nanoseconds of a fraction of a second. Written files hold fractions that went through single precision, and
+// what does not fit goes to its low 32 bits; both are kept so that times read the same as ever.
+std::uint32_t nanosecondsOf(float fraction) {
+    const double nanoseconds = static_cast<double>(fraction) * 1e9;
+    constexpr double limit = 9223372036854775808.0; // 2^63
+    if (!(std::abs(nanoseconds) < limit)) {
+        return 0;
+    }
+    return static_cast<std::uint32_t>(static_cast<std::int64_t>(nanoseconds));
+}
+
+// The part behind the seconds: ":" and milliseconds, or a decimal fraction.
+bool readFraction(TextCursor &cursor, Record &record) {
+    if (cursor.at == cursor.end) {
+        return true;
+    }
+    if (*cursor.at == ':') {
+        ++cursor.at;
+        std::int64_t milliseconds = 0;
+        if (!readInteger(cursor, milliseconds)) {
+            return false;
+        }
+        record.nanoseconds = static_cast<std::uint32_t>(milliseconds) * 1000000U;
+    } else if (*cursor.at == '.') {
+        float fraction = 0;
+        if (!readFloat(cursor, fraction)) {
+            return false;
+        }
+        record.nanoseconds = nanosecondsOf(fraction);
+    }
+    return true;
+}
+
+bool readTimeOfDay(TextCursor &cursor, Record &record) {
+    if (!readTriple(cursor, record.hour, record.minute, record.second)) {
+        return false;
+    }
+    record.flags |= RecordStamp::hasTimeOfDay;
+    return readFraction(cursor, record);
+}
+
+bool readDate(TextCursor &cursor, Record &record) {
+    if (!readTriple(cursor, record.year, record.month, record.day)) {
+        return false;
+    }
+    record.flags |= RecordStamp::hasDate;
+    return true;
+}
+
+bool readDiagnosticWord(TextCursor &cursor, const FieldReader &reader, Record &record) {
+    std::int64_t word = 0;
+    if (!readInteger(cursor, word)) {
+        return false;
+    }
+    record.diagnosticWord = static_cast<std::uint32_t>(word);
+    record.values[reader.firstValue] = static_cast<double>(word);
+    // A set flag reads as its position, not as 1: each one then plots on a level of its own.
+    constexpr std::uint32_t wordBits = 32;
+    for (std::uint32_t position = 1; position <= reader.flagCount; ++position) {
+        const bool isSet = position <= wordBits && (record.diagnosticWord >> (position - 1) & 1U) != 0;
+        record.values[reader.firstValue + position] = isSet ? position : 0;
+    }
+    return true;
+}
+
+bool readValue(TextCursor &cursor, double &value) {
+    float single = 0;
+    if (!readFloat(cursor, single)) {
+        return false;
+    }
+    value = single;
+    return true;
+}
+
+std::uint8_t byteSum(const char *at, const char *end) {
+    std::uint32_t sum = 0;
+    for (; at < end; ++at) {
+        sum += static_cast<unsigned char>(*at);
+    }
+    return static_cast<std::uint8_t>(sum);
+}
+
+FieldResult checkSum(TextCursor &cursor, std::uint8_t seed, const char *fields) {
+    if (cursor.at != cursor.end && *cursor.at == '\t') {
+        ++cursor.at;
+    }
+    TextCursor digits = cursor;
+    skipWhiteSpace(digits);
+    if (digits.at != digits.end && (*digits.at == '+' || *digits.at == '-')) {
+        ++digits.at;
+    }
+    std::uint8_t expected = 0;
+    if (!readInto(cursor, expected)) {
+        return FieldResult::bad;
+    }
+    const auto sum = static_cast<std::uint8_t>(seed + byteSum(fields, digits.at));
+    if (sum == expected) {
+        return FieldResult::good;
+    }
+    // Some firmware leaves the tab before the check sum out of it.
+    const auto last = digits.at > fields ? static_cast<std::uint8_t>(digits.at[-1]) : std::uint8_t{0};
+    return static_cast<std::uint8_t>(sum - last) == expected ? FieldResult::good
+                                                             : FieldResult::checksumFailure;
+}
+
+void skipField(TextCursor &cursor) {
+    skipWhiteSpace(cursor);
+    while (cursor.at != cursor.end && *cursor.at != '\t') {
+        ++cursor.at;
+    }
+}
+
+} // namespace
+
+FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t checksumSeed,
+                       std::string_view fields, Record &record) {
+    static_cast<RecordStamp &>(record) = RecordStamp();
+    TextCursor cursor{fields.data(), fields.data() + fields.size()};
+    for (const FieldReader &reader : readers) {
+        bool good = true;
+        switch (reader.kind) {
+        case FieldReader::Kind::value:
+            good = readValue(cursor, record.values[reader.firstValue]);
+            break;
+        case FieldReader::Kind::seconds:
+            good = readInto(cursor, record.seconds);
+            break;
+        case FieldReader::Kind::nanoseconds:
+            good = readInto(cursor, record.nanoseconds);
+            break;
+        case FieldReader::Kind::date:
+            good = readDate(cursor, record);
+            break;
+        case FieldReader::Kind::timeOfDay:
+            good = readTimeOfDay(cursor, record);
+            break;
+        case FieldReader::Kind::diagnosticWord:
+            good = readDiagnosticWord(cursor, reader, record);
+            break;
+        case FieldReader::Kind::checksum: {
+            const FieldResult result = checkSum(cursor, checksumSeed, fields.data());
+            if (result != FieldResult::good) {
+                return result;
+            }
+            break;
+        }
+        case FieldReader::Kind::skip:
+            skipField(cursor);
+            break;
+        }
+        if (!good) {
+            return FieldResult::bad;
+        }
+    }
+    return FieldResult::good;
+}

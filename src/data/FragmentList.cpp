@@ -1,0 +1,57 @@
+#include "data/FragmentList.h"
+
+#include <limits>
+
+namespace {
+
+constexpr double unsorted = -std::numeric_limits<double>::infinity();
+
+} // namespace
+
+void FragmentList::put(double key, std::shared_ptr<const DataFragment> fragment) {
+    const Position position{key, arrivals_++};
+    positionsOfFile_[fragment->header().fileName].push_back(position);
+    fragments_.emplace(position, std::move(fragment));
+}
+
+void FragmentList::append(std::shared_ptr<const DataFragment> fragment) {
+    put(unsorted, std::move(fragment));
+}
+
+void FragmentList::insertSorted(std::shared_ptr<const DataFragment> fragment) {
+    const double time = fragment->firstTime();
+    put(time, std::move(fragment));
+}
+
+void FragmentList::sort() {
+    while (!fragments_.empty() && fragments_.begin()->first.first == unsorted) {
+        auto node = fragments_.extract(fragments_.begin());
+        const Position before = node.key();
+        node.key().first = node.mapped()->firstTime();
+        for (Position &position : positionsOfFile_[node.mapped()->header().fileName]) {
+            if (position == before) {
+                position = node.key();
+            }
+        }
+        fragments_.insert(std::move(node));
+    }
+}
+
+std::vector<std::shared_ptr<const DataFragment>> FragmentList::removeFile(std::string_view fileName) {
+    std::vector<std::shared_ptr<const DataFragment>> removed;
+    const auto file = positionsOfFile_.find(std::string(fileName));
+    if (file == positionsOfFile_.end()) {
+        return removed;
+    }
+    for (const Position &position : file->second) {
+        removed.push_back(std::move(fragments_.extract(position).mapped()));
+    }
+    positionsOfFile_.erase(file);
+    return removed;
+}
+
+void FragmentList::forEachFileName(const std::function<void(const std::string &)> &use) const {
+    for (const auto &file : positionsOfFile_) {
+        use(file.first);
+    }
+}

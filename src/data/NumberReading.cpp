@@ -1,0 +1,121 @@
+#include "data/NumberReading.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <system_error>
+
+namespace {
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool isHexDigit(char c) {
+    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+// Takes a sign; true for "-".
+bool takeSign(TextCursor &cursor) {
+    if (cursor.at == cursor.end || (*cursor.at != '+' && *cursor.at != '-')) {
+        return false;
+    }
+    return *cursor.at++ == '-';
+}
+
+// "0x" counts as the start of a hexadecimal number only when a digit follows, with or without a point before
+// it.
+bool startsHexadecimal(const TextCursor &cursor) {
+    const auto length = cursor.end - cursor.at;
+    if (length < 3 || cursor.at[0] != '0' || (cursor.at[1] != 'x' && cursor.at[1] != 'X')) {
+        return false;
+    }
+    return isHexDigit(cursor.at[2]) || (cursor.at[2] == '.' && length > 3 && isHexDigit(cursor.at[3]));
+}
+
+// Decides whether the number in [at, end), which is out of range, is too large or too small: by the place of
+// its first significant digit and its exponent.
+bool isTooLarge(const char *at, const char *end, bool hexadecimal) {
+    const char exponentMark = hexadecimal ? 'p' : 'e';
+    std::int64_t place = 0; // of the first significant digit; 0 is just before the point
+    bool significant = false;
+    bool behindPoint = false;
+    for (; at != end && (*at | 0x20) != exponentMark; ++at) {
+        if (*at == '.') {
+            behindPoint = true;
+        } else if (!significant && *at == '0') {
+            place -= behindPoint ? 1 : 0;
+        } else {
+            significant = true;
+            place += behindPoint ? 0 : 1;
+        }
+    }
+    if (at == end) {
+        return place > 0;
+    }
+    TextCursor cursor{at + 1, end};
+    std::int64_t exponent = 0;
+    readInteger(cursor, exponent);
+    // Clamped far outside any real exponent, so that the sum cannot overflow.
+    constexpr std::int64_t limit = std::numeric_limits<std::int64_t>::max() / 4;
+    exponent = std::min(std::max(exponent, -limit), limit);
+    return exponent + place * (hexadecimal ? 4 : 1) > 0;
+}
+
+} // namespace
+
+void skipWhiteSpace(TextCursor &cursor) {
+    while (cursor.at != cursor.end && isWhiteSpace(*cursor.at)) {
+        ++cursor.at;
+    }
+}
+
+bool readInteger(TextCursor &cursor, std::int64_t &value) {
+    skipWhiteSpace(cursor);
+    const bool negative = takeSign(cursor);
+    if (cursor.at == cursor.end || !isDigit(*cursor.at)) {
+        return false;
+    }
+    // Gathered as a negative number, whose range is the larger one.
+    constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
+    std::int64_t gathered = 0;
+    bool clamped = false;
+    for (; cursor.at != cursor.end && isDigit(*cursor.at); ++cursor.at) {
+        const std::int64_t digit = *cursor.at - '0';
+        if (clamped || gathered < lowest / 10 || (gathered == lowest / 10 && digit > -(lowest % 10))) {
+            clamped = true;
+        } else {
+            gathered = gathered * 10 - digit;
+        }
+    }
+    if (clamped) {
+        gathered = lowest;
+    }
+    if (negative) {
+        value = gathered;
+    } else {
+        value = gathered == lowest ? std::numeric_limits<std::int64_t>::max() : -gathered;
+    }
+    return true;
+}
+
+bool readFloat(TextCursor &cursor, float &value) {
+    skipWhiteSpace(cursor);
+    const bool negative = takeSign(cursor);
+    if (cursor.at == cursor.end || *cursor.at == '-' || *cursor.at == '+') {
+        return false;
+    }
+    const bool hexadecimal = startsHexadecimal(cursor);
+    const char *const begin = cursor.at + (hexadecimal ? 2 : 0);
+    const auto format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
+    float magnitude = 0;
+    const auto [end, error] = std::from_chars(begin, cursor.end, magnitude, format);
+    if (error == std::errc::result_out_of_range) {
+        magnitude = isTooLarge(begin, end, hexadecimal) ? std::numeric_limits<float>::infinity() : 0.0F;
+    } else if (error != std::errc()) {
+        return false;
+    }
+    value = negative ? -magnitude : magnitude;
+    cursor.at = end;
+    return true;
+}

@@ -3,8 +3,14 @@
 #include "data/Record.h"
 #include "time/Timezone.h"
 
+#include <cstdint>
+#include <ctime>
+
 // Gives the records of one block, in order, their time: UTC seconds from the local clock where the file names
 // no zone or no seconds, local date and time from the UTC seconds otherwise.
+//
+// Records of one second share one conversion. That changes no result: a conversion that met its time exactly
+// gives the same again at once.
 class RecordClock {
 public:
     explicit RecordClock(const Timezone &zone) : zone_(zone.fresh()) {}
@@ -17,10 +23,7 @@ private:
     void localTimeFromSeconds(RecordStamp &stamp);
 
     Timezone zone_;
-    // The last conversion, which the other records of the same second share.
-    bool hasLocal_ = false;
-    std::uint32_t localOf_ = 0;
-    RecordStamp local_;
-    bool hasUtc_ = false;
-    RecordStamp utc_;
+    RecordStamp last_; // of the last conversion, its UTC seconds and its local time
+    bool sharesLocalTime_ = false;
+    bool sharesSeconds_ = false;
 };

@@ -1,0 +1,114 @@
+#include "data/RecordCursor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iostream>
+#include <limits>
+
+namespace {
+
+// `utcSeconds` as whole seconds, held to the range of a record's time.
+std::uint32_t wholeSeconds(double utcSeconds) {
+    constexpr double latest = std::numeric_limits<std::uint32_t>::max();
+    return static_cast<std::uint32_t>(std::clamp(std::floor(utcSeconds), 0.0, latest));
+}
+
+} // namespace
+
+std::uint64_t startOffsetFor(const DataFragment &fragment, double start) {
+    std::uint64_t offset = fragment.firstOffset();
+    if (start != wholeRangeStart) {
+        offset = fragment.halfHourIndex().offsetFor(wholeSeconds(start), offset);
+    }
+    return std::min(offset, fragment.endOffset());
+}
+
+std::uint64_t endOffsetFor(const DataFragment &fragment, double end) {
+    std::uint64_t offset = fragment.endOffset();
+    if (end != wholeRangeEnd) {
+        offset = fragment.halfHourIndex().offsetBehind(std::ceil(end), offset);
+    }
+    return std::max(offset, fragment.firstOffset());
+}
+
+DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end)
+    : fragment_(fragment),
+      end_(std::min(end, fragment.latestTime())),
+      prefix_(fragment.tag() + '\t'),
+      clock_(fragment.timezone()) {
+    record_.values.resize(fragment.valueCount());
+    const double narrowed = std::max(start, fragment.firstTime());
+    if (record_.values.empty() || !(narrowed <= end_) || !open(narrowed)) {
+        exhaust();
+        return;
+    }
+    do {
+        advance();
+    } while (!isExhausted() && timeOf(record_) < narrowed);
+}
+
+bool DataFragment::_ContextType::open(double start) {
+    const SourceHeader &header = fragment_.header();
+    const auto offset = static_cast<qint64>(startOffsetFor(fragment_, start));
+    if (lines_.open(QString::fromStdString(header.fileName), QString::fromStdString(header.subFileName),
+                    offset)) {
+        return true;
+    }
+    std::cerr << header.fileName + ": " + lines_.problem().toStdString() + '\n' << std::flush;
+    return false;
+}
+
+void DataFragment::_ContextType::advance() {
+    if (!isExhausted() && (!readNext() || timeOf(record_) > end_)) {
+        exhaust();
+    }
+}
+
+bool DataFragment::_ContextType::readNext() {
+    while (lines_.nextLine()) {
+        // Offsets in the index fall short, so the first lines may be another block's.
+        const std::uint64_t position = lines_.lineOffset() + lines_.shortfall();
+        if (position >= fragment_.blockEnd()) {
+            return false;
+        }
+        const std::string_view line = lines_.line();
+        if (position >= fragment_.blockBegin() && line.starts_with(prefix_) &&
+            fragment_.readRecord(line, clock_, record_)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void DataFragment::_ContextType::exhaust() {
+    record_.values.clear();
+    lines_.close();
+}
+
+DataSet::_ContextType::_ContextType(const DataSet &dataSet, std::string_view instrument, std::string_view tag,
+                                    double start, double end)
+    : _ContextType(dataSet.fragmentsOf(instrument, tag), start, end) {}
+
+DataSet::_ContextType::_ContextType(std::vector<std::shared_ptr<const DataFragment>> fragments, double start,
+                                    double end)
+    : fragments_(std::move(fragments)), start_(start), end_(end) {
+    passOverExhausted();
+}
+
+void DataSet::_ContextType::advance() {
+    if (reader_) {
+        reader_->advance();
+        passOverExhausted();
+    }
+}
+
+void DataSet::_ContextType::passOverExhausted() {
+    while (!reader_ || reader_->isExhausted()) {
+        reader_.reset();
+        if (nextFragment_ == fragments_.size()) {
+            return;
+        }
+        reader_ = std::make_unique<DataFragment::_ContextType>(*fragments_[nextFragment_], start_, end_);
+        ++nextFragment_;
+    }
+}

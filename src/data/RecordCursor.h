@@ -31,6 +31,7 @@ public:
     void advance();
 
 private:
+    bool open(double start);
     bool readNext();
     void exhaust();
 
@@ -51,17 +52,18 @@ public:
     // The same over the fragments of DataSet::fragmentsOf().
     _ContextType(std::vector<std::shared_ptr<const DataFragment>> fragments, double start, double end);
 
-    const Record &record() const { return record_; }
-    bool isExhausted() const { return record_.values.empty(); }
+    // Empty when exhausted.
+    const Record &record() const { return reader_ ? reader_->record() : exhausted_; }
+    bool isExhausted() const { return reader_ == nullptr; }
     void advance();
 
 private:
-    void takeNext();
+    void passOverExhausted();
 
     std::vector<std::shared_ptr<const DataFragment>> fragments_;
     std::size_t nextFragment_ = 0;
     double start_;
     double end_;
-    std::unique_ptr<DataFragment::_ContextType> reader_;
-    Record record_;
+    std::unique_ptr<DataFragment::_ContextType> reader_; // null when exhausted
+    Record exhausted_;
 };

@@ -1,0 +1,160 @@
+#include "loading/FileLoading.h"
+
+#include "loading/lines/Archive.h"
+#include "loading/lines/ChunkLineReader.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <exception>
+
+namespace {
+
+// Progress is worked out once in this many lines, so that reports do not slow the reading.
+constexpr int linesBetweenReports = 1000;
+
+MemberList membersOf(const QString &fileName) {
+    MemberList list;
+    list.problem = whyNotLoadable(fileName);
+    if (!list.problem.isEmpty()) {
+        return list;
+    }
+    if (isArchiveName(fileName)) {
+        return listArchive(fileName);
+    }
+    list.totalSize = QFileInfo(fileName).size();
+    list.members.push_back({QString(), list.totalSize});
+    return list;
+}
+
+// One load: feeds the lines of all members to the data set and reports how far it is.
+class Loading {
+public:
+    Loading(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
+            const LoadProgress &progress)
+        : fileName_(fileName),
+          source_(source),
+          cancelled_(cancelled),
+          progress_(progress),
+          fileSize_(QFileInfo(fileName).size()) {}
+
+    LoadReport run() {
+        const MemberList list = membersOf(fileName_);
+        note(list.problem);
+        total_ = list.totalSize;
+        progress_(0, fileSize_);
+        if (cancelled_) {
+            return report_;
+        }
+        for (const ArchiveMember &member : list.members) {
+            readMember(member);
+            if (cancelled_) {
+                break;
+            }
+        }
+        source_.finishLoading();
+        progress_(100, fileSize_);
+        judge(list);
+        return report_;
+    }
+
+private:
+    void note(const QString &problem) {
+        if (report_.problem.isEmpty()) {
+            report_.problem = problem;
+        }
+    }
+
+    void readMember(const ArchiveMember &member) {
+        ChunkLineReader reader;
+        const bool isOpen = reader.open(fileName_, member.name);
+        source_.setSubFileName(member.name.toStdString());
+        if (isOpen) {
+            readLines(reader);
+        }
+        bytesRead_ += member.size;
+        reader.close();
+        note(reader.problem());
+    }
+
+    void readLines(ChunkLineReader &reader) {
+        int lines = 0;
+        while (!cancelled_ && reader.nextLine()) {
+            handleLine(reader);
+            if (++lines == linesBetweenReports) {
+                lines = 0;
+                reportProgress(static_cast<qint64>(reader.lineOffset()));
+            }
+        }
+    }
+
+    void handleLine(const ChunkLineReader &reader) {
+        try {
+            source_.parseLine(reader.lineOffset(), reader.line(), reader.shortfall());
+        } catch (const std::exception &error) {
+            source_.appendError(error.what());
+        }
+    }
+
+    void reportProgress(qint64 offset) {
+        if (total_ <= 0) {
+            return;
+        }
+        // A directory of an archive may understate its members' sizes.
+        const auto percent = static_cast<int>(std::min<qint64>((offset + bytesRead_) * 100 / total_, 100));
+        if (percent > lastPercent_) {
+            lastPercent_ = percent;
+            progress_(percent, fileSize_);
+        }
+    }
+
+    // Tells a file that is no data file from one that merely holds no record.
+    void judge(const MemberList &list) {
+        if (cancelled_ || !report_.problem.isEmpty()) {
+            return;
+        }
+        if (list.members.empty() || !source_.foundHeader()) {
+            report_.problem = QStringLiteral("No data header line was found: this is no data file");
+            return;
+        }
+        const auto &fragments = source_.fragments();
+        if (std::all_of(fragments.begin(), fragments.end(),
+                        [](const auto &fragment) { return fragment->recordCount() == 0; })) {
+            report_.remark = QStringLiteral("The file holds no records");
+        }
+    }
+
+    const QString &fileName_;
+    DataSet &source_;
+    const std::atomic<bool> &cancelled_;
+    const LoadProgress &progress_;
+    qint64 fileSize_;
+    qint64 total_ = 0;     // bytes of all members, uncompressed
+    qint64 bytesRead_ = 0; // of the members before the present one
+    int lastPercent_ = 0;
+    LoadReport report_;
+};
+
+} // namespace
+
+QString whyNotLoadable(const QString &fileName) {
+    const QFileInfo file(fileName);
+    if (!file.exists()) {
+        return QStringLiteral("The file does not exist");
+    }
+    if (file.isDir()) {
+        return QStringLiteral("This is a folder, not a file");
+    }
+    if (!file.isFile()) {
+        return QStringLiteral("This is not a regular file");
+    }
+    if (!file.isReadable()) {
+        return QStringLiteral("The file cannot be read: no permission");
+    }
+    return {};
+}
+
+LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
+                    const LoadProgress &progress) {
+    return Loading(fileName, source, cancelled, progress).run();
+}

@@ -1,0 +1,205 @@
+#include "loading/QDataSet.h"
+
+#include "data/LockGuards.h"
+#include "data/SeriesQuery.h"
+#include "loading/FileLoading.h"
+#include "loading/QDataSetThread.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+QDataSet::QDataSet(QObject *parent) : QObject(parent) {}
+
+QDataSet::~QDataSet() {
+    pending_.clear();
+    // All are told before the first is waited for, so that they stop side by side.
+    for (QDataSetThread *thread : std::as_const(threads_)) {
+        thread->cancel();
+    }
+    for (QDataSetThread *thread : std::as_const(threads_)) {
+        thread->waitForEnd();
+    }
+}
+
+void QDataSet::AddFile(const QString &fileName) {
+    RemoveFile(fileName);
+    const QString problem = whyNotLoadable(fileName);
+    if (!problem.isEmpty()) {
+        Q_EMIT Message(fileName, problem);
+        return;
+    }
+    pending_.push_back(fileName);
+    Q_EMIT Progress(fileName, 0, QFileInfo(fileName).size());
+    StartNext();
+}
+
+void QDataSet::RemoveFile(const QString &fileName) {
+    // A name that was added and removed in quick succession may have several workers, all of them outdated.
+    for (QDataSetThread *thread : std::as_const(threads_)) {
+        if (thread->fileName() == fileName) {
+            thread->cancel();
+        }
+    }
+    {
+        const WriteGuard guard(lock_);
+        dataSet_.removeFile(fileName.toStdString());
+    }
+    Q_EMIT FileRemoved(fileName);
+}
+
+void QDataSet::StartNext() {
+    while (threads_.size() < maximumThreads && !pending_.empty()) {
+        auto *const thread = new QDataSetThread(this, pending_.front());
+        pending_.pop_front();
+        threads_.append(thread);
+        connect(thread, SIGNAL(ThreadFinished(QDataSetThread *)), this,
+                SLOT(OnThreadFinished(QDataSetThread *)));
+        thread->start();
+    }
+}
+
+void QDataSet::OnThreadFinished(QDataSetThread *thread) {
+    thread->waitForEnd();
+    const QString fileName = thread->fileName();
+    if (!thread->isCancelled()) {
+        {
+            const WriteGuard guard(lock_);
+            // A file that was added again while it waited for a worker is loaded twice: the later load
+            // counts.
+            dataSet_.removeFile(fileName.toStdString());
+            dataSet_.merge(thread->source());
+        }
+        Q_EMIT FileLoaded(fileName);
+    }
+    const bool wasCancelled = thread->isCancelled();
+    threads_.removeOne(thread);
+    delete thread;
+    if (wasCancelled && !isBeingLoaded(fileName)) {
+        // Nothing more comes for this file: whoever counts unfinished files must not wait for it.
+        Q_EMIT Progress(fileName, 100, QFileInfo(fileName).size());
+    }
+    StartNext();
+}
+
+bool QDataSet::isBeingLoaded(const QString &fileName) const {
+    const auto isOfFile = [&fileName](const QDataSetThread *thread) {
+        return thread->fileName() == fileName;
+    };
+    return std::any_of(threads_.begin(), threads_.end(), isOfFile) ||
+           std::find(pending_.begin(), pending_.end(), fileName) != pending_.end();
+}
+
+void QDataSet::LoadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled) {
+    const auto progress = [this, &fileName](int percent, qint64 fileSize) {
+        Q_EMIT Progress(fileName, percent, fileSize);
+    };
+    const LoadReport report = loadFile(fileName, source, cancelled, progress);
+    const std::uint32_t failures = source.checksumFailures();
+    if (failures != 0) {
+        Q_EMIT Message(fileName, QStringLiteral("Checksum errors: %1").arg(failures));
+    }
+    const std::string errors = source.messageText();
+    if (!errors.empty()) {
+        Q_EMIT Message(fileName, QString::fromStdString(errors));
+    }
+    for (const QString &line : {report.problem, report.remark}) {
+        if (!line.isEmpty()) {
+            Q_EMIT Message(fileName, line);
+        }
+    }
+}
+
+std::set<std::string> QDataSet::variableKeys() const {
+    const ReadGuard guard(lock_);
+    return dataSet_.variableKeys();
+}
+
+std::uint64_t QDataSet::variableKeysRevision() const {
+    const ReadGuard guard(lock_);
+    return dataSet_.variableKeysRevision();
+}
+
+bool QDataSet::hasVariableKeys() const {
+    const ReadGuard guard(lock_);
+    return dataSet_.hasVariableKeys();
+}
+
+std::set<std::string> QDataSet::variableKeysOfInstrument(const std::string &instrument) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.variableKeysOfInstrument(instrument);
+}
+
+std::set<std::string> QDataSet::variableKeysOfInstrumentAndTag(const std::string &instrument,
+                                                               const std::string &tag) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.variableKeysOfInstrumentAndTag(instrument, tag);
+}
+
+std::set<std::string> QDataSet::fileNames() const {
+    const ReadGuard guard(lock_);
+    return dataSet_.fileNames();
+}
+
+std::set<std::string> QDataSet::instruments() const {
+    const ReadGuard guard(lock_);
+    return dataSet_.instruments();
+}
+
+std::set<std::string> QDataSet::tagsOfInstrument(const std::string &instrument) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.tagsOfInstrument(instrument);
+}
+
+std::string QDataSet::versionOfInstrument(const std::string &instrument) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.versionOfInstrument(instrument);
+}
+
+std::string QDataSet::timeZoneNameOfKey(const std::string &key) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.timeZoneNameOfKey(key);
+}
+
+void QDataSet::series(const std::string &key, const std::string &selector, double start, double end,
+                      std::vector<double> &times, std::vector<double> &values) const {
+    const auto query = [&] {
+        const ReadGuard guard(lock_);
+        return SeriesQuery(dataSet_.fragments(), key, start, end);
+    }();
+    query.read(selector, times, values);
+}
+
+void QDataSet::valueRange(const std::string &key, double &low, double &high) const {
+    const ReadGuard guard(lock_);
+    dataSet_.valueRange(key, low, high);
+}
+
+void QDataSet::timeRangeOfInstrument(const std::string &instrument, double &first, double &last) const {
+    const ReadGuard guard(lock_);
+    dataSet_.timeRangeOfInstrument(instrument, first, last);
+}
+
+std::vector<std::string> QDataSet::valueNamesOfInstrumentAndTag(const std::string &instrument,
+                                                                const std::string &tag) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.valueNamesOfInstrumentAndTag(instrument, tag);
+}
+
+std::vector<std::string> QDataSet::unitsOfInstrumentAndTag(const std::string &instrument,
+                                                           const std::string &tag) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.unitsOfInstrumentAndTag(instrument, tag);
+}
+
+std::vector<std::string> QDataSet::diagnosticNamesOfInstrumentAndTag(const std::string &instrument,
+                                                                     const std::string &tag) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.diagnosticNamesOfInstrumentAndTag(instrument, tag);
+}
+
+std::vector<std::shared_ptr<const DataFragment>> QDataSet::fragmentsOf(const std::string &instrument,
+                                                                       const std::string &tag) const {
+    const ReadGuard guard(lock_);
+    return dataSet_.fragmentsOf(instrument, tag);
+}

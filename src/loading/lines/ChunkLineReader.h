@@ -60,8 +60,8 @@ private:
     bool skipToStart(qint64 startOffset);
     bool findLine();
     bool fill(qint64 fileOffset);
-    bool lineTooLong();
-    qint64 carryLimit(qint64 carry) const;
+    void noteReadError(qint64 got);
+    void endAtLongLine();
 
     std::unique_ptr<QIODevice> device_;
     std::unique_ptr<char, Free> memory_;
@@ -69,6 +69,7 @@ private:
     qint64 size_ = 0;
     qint64 base_ = 0; // file offset that the start of the buffer stands for
     std::uint64_t shortfall_ = 0;
+    bool ended_ = false;
     const char *dataEnd_ = nullptr; // null before the first fill
     const char *lineBegin_ = nullptr;
     const char *lineEnd_ = nullptr;
