@@ -12,7 +12,7 @@ DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std
       timezone_(header_.timezone),
       columnNames_(std::move(columnNames)),
       diagnosticNames_(std::move(diagnosticNames)),
-      clock_(timezone_) {}
+      loading_(std::make_unique<LoadingState>(timezone_)) {}
 
 void DataFragment::setDiagnosticNames(std::vector<std::string> names) {
     diagnosticNames_ = std::move(names);
@@ -24,21 +24,24 @@ void DataFragment::setUpColumns() {
     layout_ = layOutColumns(tag_, columnNames_, diagnosticNames_);
     const std::size_t columns = valueCount();
     for (std::size_t level = 0; level < periods.size(); ++level) {
-        accumulators_[level].resize(columns);
+        loading_->accumulators[level].resize(columns);
         series_[level].setColumns(columns);
     }
     minimum_.values.assign(columns, emptyMinimum);
     maximum_.values.assign(columns, emptyMaximum);
-    scratch_.values.resize(columns);
+    loading_->record.values.resize(columns);
     columnsAreRefused_ = false;
 }
 
 void DataFragment::acceptRecord(std::uint64_t lineOffset, std::string_view line) {
+    if (!loading_) {
+        return;
+    }
     if (!columnsAreSetUp_) {
         setUpColumns();
     }
-    if (!columnsAreRefused_ && readRecord(line, clock_, scratch_)) {
-        takeIn(scratch_, lineOffset, line.size());
+    if (!columnsAreRefused_ && readRecord(line, loading_->clock, loading_->record)) {
+        takeIn(loading_->record, lineOffset, line.size());
     }
 }
 
@@ -69,7 +72,7 @@ void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::s
     endOffset_ = lineOffset + lineLength;
     halfHourIndex_.note(record.seconds, lineOffset);
     closePeriods(record);
-    accumulators_[0].add(record);
+    loading_->accumulators[0].add(record);
     widenExtremes(record);
     ++recordCount_;
 }
@@ -77,26 +80,28 @@ void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::s
 void DataFragment::startPeriods(std::uint32_t utcSeconds) {
     halfHourIndex_.begin(utcSeconds);
     for (std::size_t level = 0; level < periods.size(); ++level) {
-        pendingEnds_[level] = utcSeconds / periods[level] * periods[level];
+        loading_->pendingEnds[level] = utcSeconds / periods[level] * periods[level];
     }
 }
 
 void DataFragment::closePeriods(const RecordStamp &stamp) {
+    auto &accumulators = loading_->accumulators;
+    auto &pendingEnds = loading_->pendingEnds;
     for (std::size_t level = 0; level < periods.size(); ++level) {
-        const std::uint64_t end = pendingEnds_[level];
+        const std::uint64_t end = pendingEnds[level];
         // A record exactly at a period's end still belongs to it.
         if (end > stamp.seconds || (end == stamp.seconds && stamp.nanoseconds == 0)) {
             return;
         }
-        Accumulator &period = accumulators_[level];
+        Accumulator &period = accumulators[level];
         if (period.count() > 0) {
             series_[level].append(static_cast<std::uint32_t>(end), period);
             if (level + 1 < periods.size()) {
-                accumulators_[level + 1].merge(period);
+                accumulators[level + 1].merge(period);
             }
             period.reset();
         }
-        pendingEnds_[level] = (stamp.seconds / periods[level] + std::uint64_t{1}) * periods[level];
+        pendingEnds[level] = (stamp.seconds / periods[level] + std::uint64_t{1}) * periods[level];
     }
 }
 
@@ -126,8 +131,7 @@ void DataFragment::widenExtremes(const Record &record) {
 }
 
 void DataFragment::finishLoading() {
-    accumulators_ = {};
-    scratch_ = {};
+    loading_.reset();
     halfHourIndex_.releaseSpareMemory();
     for (AveragedSeries &series : series_) {
         series.releaseSpareMemory();

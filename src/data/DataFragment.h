@@ -12,6 +12,7 @@
 #include <atomic>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -56,7 +57,7 @@ public:
     // The block's lines lie at these true offsets of its source, the header line first.
     void setBlockBegin(std::uint64_t offset) { blockBegin_ = offset; }
     void setBlockEnd(std::uint64_t offset) { blockEnd_ = offset; }
-    // Gives back the memory that only loading needs.
+    // Gives back the memory that only loading needs; records that still come are dropped.
     void finishLoading();
 
     // Reads a record line, tag included, into `record`, whose time `clock` completes. False for a bad record;
@@ -100,6 +101,17 @@ public:
     const AveragedSeries &series(std::size_t level) const { return series_[level]; }
 
 private:
+    // What is needed only while records come.
+    struct LoadingState {
+        explicit LoadingState(const Timezone &zone) : clock(zone) {}
+
+        RecordClock clock;
+        Record record; // the one being read
+        std::array<Accumulator, periods.size()> accumulators;
+        // Wider than a time, so that the last period of the range does not wrap round.
+        std::array<std::uint64_t, periods.size()> pendingEnds{};
+    };
+
     void takeIn(const Record &record, std::uint64_t lineOffset, std::size_t lineLength);
     void startPeriods(std::uint32_t utcSeconds);
     void closePeriods(const RecordStamp &stamp);
@@ -122,12 +134,8 @@ private:
     double firstTime_ = 0;
     double lastTime_ = 0;
     std::uint32_t recordCount_ = 0;
-    std::array<Accumulator, periods.size()> accumulators_;
-    // Wider than a time, so that the last period of the range does not wrap round.
-    std::array<std::uint64_t, periods.size()> pendingEnds_{};
     std::array<AveragedSeries, periods.size()> series_;
     Record minimum_;
     Record maximum_;
-    RecordClock clock_;
-    Record scratch_; // the record being read
+    std::unique_ptr<LoadingState> loading_; // null once loading is finished
 };
