@@ -23,13 +23,18 @@ constexpr char aboutText[] = "<html><head><style type=\"text/css\">"
 
 } // namespace
 
-AboutWidget::AboutWidget(QWidget *parent) : QWidget(parent) {
-    auto *label = new QLabel(QString::fromUtf8(aboutText));
+AboutWidget::AboutWidget(QWidget *parent)
+    : QWidget(parent), label_(new QLabel(QString::fromUtf8(aboutText))) {
     // Without interaction the label leaves every click to the page.
-    label->setTextInteractionFlags(Qt::NoTextInteraction);
+    label_->setTextInteractionFlags(Qt::NoTextInteraction);
+    // Lines wrap rather than being cut off when the font is large and the page small.
+    label_->setWordWrap(true);
+    label_->setMinimumWidth(450);
+    // The layout would take the height for the page's width, which is not the label's.
+    label_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 
     auto *layout = new QGridLayout(this);
-    layout->addWidget(label, 3, 1, Qt::AlignHCenter);
+    layout->addWidget(label_, 3, 1, Qt::AlignHCenter);
     layout->setRowStretch(0, 1);
     layout->setRowStretch(6, 1);
 
@@ -75,7 +80,7 @@ void AboutWidget::paintEvent(QPaintEvent *event) {
     }
     QStyleOptionFocusRect option;
     option.initFrom(this);
-    option.rect = rect().adjusted(4, 4, -4, -4);
+    option.rect = label_->geometry().adjusted(-6, 0, 6, 0).intersected(rect());
     option.backgroundColor = palette().color(QPalette::Window);
     QStylePainter(this).drawPrimitive(QStyle::PE_FrameFocusRect, option);
 }

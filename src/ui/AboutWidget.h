@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QLabel;
+
 // The page shown until files are added: what the program is, and a way to open files.
 class AboutWidget : public QWidget {
     Q_OBJECT
@@ -18,4 +20,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    QLabel *label_;
 };

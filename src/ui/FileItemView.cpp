@@ -11,6 +11,11 @@ FileItemView::FileItemView(QWidget *parent) : QListView(parent) {
     setTextElideMode(Qt::ElideMiddle);
 }
 
+QSize FileItemView::sizeHint() const {
+    constexpr int nameLength = 40;
+    return {fontMetrics().averageCharWidth() * nameLength, QListView::sizeHint().height()};
+}
+
 std::vector<int> FileItemView::selectedRowsFromBottom() const {
     // Read by ranges: QItemSelectionModel::selectedRows looks through all ranges for each row.
     std::vector<int> rows;

@@ -11,6 +11,9 @@ class FileItemView : public QListView {
 public:
     explicit FileItemView(QWidget *parent = nullptr);
 
+    // As wide as a usual file name.
+    QSize sizeHint() const override;
+
     // Rows that are selected, descending, so that each can be removed without moving the next ones.
     std::vector<int> selectedRowsFromBottom() const;
 

@@ -4,6 +4,7 @@
 
 #include <QCloseEvent>
 #include <QFile>
+#include <QScreen>
 #include <QSettings>
 
 namespace {
@@ -28,6 +29,7 @@ MyMainWindow::MyMainWindow(const QString &displayName, const QString &applicatio
     }
     frame_->AddFiles(files);
 
+    resize(QSize(1000, 650).boundedTo(screen()->availableSize() * 9 / 10));
     readSettings();
 }
 

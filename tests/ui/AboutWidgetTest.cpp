@@ -43,6 +43,25 @@ private Q_SLOTS:
         }
     }
 
+    void noTextIsCutOffWithFontsOfUsualSizes() {
+        for (const int points : {8, 9, 10, 11, 12}) {
+            AboutWidget about;
+            QFont font = about.font();
+            font.setPointSize(points);
+            about.setFont(font);
+            about.show();
+            const auto *label = about.findChild<QLabel *>();
+            for (const QSize size : {QSize(480, 360), QSize(1600, 900)}) {
+                about.resize(size);
+                QTRY_COMPARE(about.size(), size);
+                QVERIFY(about.rect().contains(label->geometry()));
+                QVERIFY(label->width() >= label->minimumSizeHint().width());
+                QVERIFY2(label->heightForWidth(label->width()) <= label->height(),
+                         qPrintable(QString("%1 pt").arg(points)));
+            }
+        }
+    }
+
     void theTextStandsInRow3AndColumn1BetweenStretches() {
         const AboutWidget about;
         const auto *layout = qobject_cast<QGridLayout *>(about.layout());

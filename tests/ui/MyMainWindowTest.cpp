@@ -5,6 +5,7 @@
 #include "ui/FileItemModel.h"
 #include "ui/MyFrame.h"
 
+#include <QScreen>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QtTest>
@@ -119,6 +120,14 @@ private Q_SLOTS:
         const auto second = makeWindow();
         second->show();
         QTRY_COMPARE(second->geometry(), QRect(40, 50, 760, 555));
+    }
+
+    void theFirstWindowIsRoomyAndFitsTheScreen() {
+        const auto window = makeWindow();
+        window->show();
+        const QSize screen = window->screen()->availableSize();
+        QVERIFY(window->width() <= screen.width() && window->height() <= screen.height());
+        QVERIFY(window->width() >= qMin(1000, screen.width() / 2));
     }
 
     void damagedStoredGeometryRestoresNothing() {
