@@ -30,13 +30,14 @@ AboutWidget::AboutWidget(QWidget *parent)
     // Lines wrap rather than being cut off when the font is large and the page small.
     label_->setWordWrap(true);
     label_->setMinimumWidth(450);
-    // The layout would take the height for the page's width, which is not the label's.
-    label_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 
     auto *layout = new QGridLayout(this);
     layout->addWidget(label_, 3, 1, Qt::AlignHCenter);
     layout->setRowStretch(0, 1);
     layout->setRowStretch(6, 1);
+    // Else the column is as wide as the page, and the height for that width too small for the label's.
+    layout->setColumnStretch(0, 1);
+    layout->setColumnStretch(2, 1);
 
     // The text is dark blue in every colour scheme, so the page is light in every colour scheme.
     QPalette light = palette();

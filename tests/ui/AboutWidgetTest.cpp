@@ -43,8 +43,8 @@ private Q_SLOTS:
         }
     }
 
-    void noTextIsCutOffWithFontsOfUsualSizes() {
-        for (const int points : {8, 9, 10, 11, 12}) {
+    void noTextIsCutOffOnThePageAtItsSmallestOrLargest() {
+        for (const int points : {8, 9, 10, 11, 12, 16, 20}) {
             AboutWidget about;
             QFont font = about.font();
             font.setPointSize(points);
