@@ -1,6 +1,7 @@
 #include "data/NumberReading.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <limits>
 #include <system_error>
@@ -62,6 +63,46 @@ bool isTooLarge(const char *at, const char *end, bool hexadecimal) {
     return exponent + place * (hexadecimal ? 4 : 1) > 0;
 }
 
+// Reads the plain numbers that analysers write, such as "412.345": digits, perhaps a point, no exponent.
+// False, with the cursor unmoved, when the text is anything else or the short way might not round as the long
+// one.
+bool readPlainDecimal(TextCursor &cursor, float &magnitude) {
+    static constexpr double powersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    constexpr std::ptrdiff_t exactDigits = 15; // any integer of so many digits is a double without rounding
+    const char *at = cursor.at;
+    std::uint64_t digits = 0;
+    const auto takeDigits = [&] {
+        const char *const begin = at;
+        for (; at != cursor.end && isDigit(*at); ++at) {
+            digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+        }
+        return at - begin;
+    };
+    const std::ptrdiff_t whole = takeDigits();
+    std::ptrdiff_t fraction = 0;
+    if (at != cursor.end && *at == '.') {
+        ++at;
+        fraction = takeDigits();
+    }
+    const bool goesOn = at != cursor.end && ((*at | 0x20) == 'e' || (*at | 0x20) == 'x');
+    if (goesOn || whole + fraction == 0 || whole + fraction > exactDigits) {
+        return false;
+    }
+    // Both numbers are exact, so the quotient is the double nearest to the text's value. Rounding it on to
+    // single precision is right unless it lies just between two singles: then the side of the text's value is
+    // lost.
+    const double nearest = static_cast<double>(digits) / powersOfTen[fraction];
+    constexpr std::uint64_t droppedBits = (std::uint64_t{1} << 29U) - 1;
+    constexpr std::uint64_t halfway = std::uint64_t{1} << 28U;
+    if ((std::bit_cast<std::uint64_t>(nearest) & droppedBits) == halfway) {
+        return false;
+    }
+    magnitude = static_cast<float>(nearest);
+    cursor.at = at;
+    return true;
+}
+
 } // namespace
 
 void skipWhiteSpace(TextCursor &cursor) {
@@ -105,10 +146,14 @@ bool readFloat(TextCursor &cursor, float &value) {
     if (cursor.at == cursor.end || *cursor.at == '-' || *cursor.at == '+') {
         return false;
     }
+    float magnitude = 0;
+    if (readPlainDecimal(cursor, magnitude)) {
+        value = negative ? -magnitude : magnitude;
+        return true;
+    }
     const bool hexadecimal = startsHexadecimal(cursor);
     const char *const begin = cursor.at + (hexadecimal ? 2 : 0);
     const auto format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
-    float magnitude = 0;
     const auto [end, error] = std::from_chars(begin, cursor.end, magnitude, format);
     if (error == std::errc::result_out_of_range) {
         magnitude = isTooLarge(begin, end, hexadecimal) ? std::numeric_limits<float>::infinity() : 0.0F;

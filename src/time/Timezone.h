@@ -1,23 +1,14 @@
 #pragma once
 
+#include "time/ZoneRules.h"
+
 #include <cstdint>
 #include <ctime>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 // Folder of compiled zone files. Set once at program start, before any thread exists; only read afterwards.
 extern std::string zoneDirectory;
-
-// One kind of local time in a zone.
-struct TimezoneType {
-    // Seconds east of UTC: the file's 32 bits widened without sign, so a western offset is a large number
-    // here.
-    std::int64_t utcOffset = 0;
-    bool isDst = false;
-    std::uint32_t abbreviationIndex = 0;
-    std::string abbreviation;
-};
 
 // What a UTC-to-local lookup can tell besides the calendar fields.
 struct TimezoneInfo {
@@ -25,14 +16,14 @@ struct TimezoneInfo {
     std::int32_t utcOffset = 0;         // seconds east of UTC
     const char *abbreviation = nullptr; // valid while the Timezone lives
     // Seconds to the other instant with the same local time: negative when it came before a transition,
-    // positive when it comes again after one, 0 when there is none.
+    // positive when it comes again after one, 0 when there is none. Says nothing where offsets are negative.
     std::int64_t fold = 0;
 };
 
 // One time zone, read from a compiled zone file (TZif, RFC 8536; the version-1 block only).
 //
-// Converts between UTC seconds since 1970 and local calendar time. Every conversion writes two caches, so a
-// Timezone belongs to one thread at a time; copies are independent.
+// Converts between UTC seconds since 1970 and local calendar time. Conversions allocate nothing and never
+// fail, but each writes the caches, so a Timezone belongs to one thread at a time; copies are independent.
 class Timezone {
 public:
     class Error : public std::runtime_error {
@@ -45,13 +36,13 @@ public:
     // The same from `zoneDirectory`.
     explicit Timezone(const std::string &name);
 
-    // Fills `local` with the local time of `utcSeconds` and returns it; returns null for a null `local`.
-    // A time whose year does not fit comes back zeroed. Never throws.
+    // Fills the nine standard fields of `local` with the local time of `utcSeconds` and returns it; returns
+    // null for a null `local`. A time whose year does not fit comes back zeroed.
     std::tm *localTime(std::int64_t utcSeconds, std::tm *local, TimezoneInfo *info = nullptr);
 
     // UTC seconds of the local time in `local`, whose DST flag (1, 0, or -1 for "either") decides in a
-    // repeated hour. A local time that was skipped gives a near instant. Writes back DST flag, weekday and
-    // day of year.
+    // repeated hour. A local time that was skipped, or has fields out of range, gives a near instant. Writes
+    // back DST flag, weekday and day of year.
     std::int64_t makeTime(std::tm &local, TimezoneInfo *info = nullptr);
 
     // Abbreviation ("CET") of the last lookup's kind of time; empty when there is none.
@@ -65,17 +56,13 @@ public:
     bool isUnknown() const { return isUnknown_; }
 
 private:
-    void load(const std::string &name);
-    const TimezoneType &typeAt(std::size_t transition) const;
     const TimezoneType &findType(std::int64_t utcSeconds);
     std::int64_t foldAt(std::int64_t utcSeconds, std::int32_t offset) const;
 
     std::string directory_;
     std::string name_;
-    bool isUnknown_ = true;
-    std::vector<std::int64_t> transitions_; // UTC seconds, file order: not sorted
-    std::vector<std::int32_t> transitionTypes_;
-    std::vector<TimezoneType> types_;
+    bool isUnknown_;
+    ZoneRules rules_;
     std::uint32_t cachedIndex_ = 0; // transition of the last UTC-to-local lookup
     std::int64_t cachedOffset_ = 0; // naive estimate minus result of the last local-to-UTC conversion
 };
