@@ -86,7 +86,7 @@ std::string rawZip(const std::vector<RawZipEntry> &entries) {
         directory += "PK\1\2";
         append(directory, 45, 2); // version made by
         directory += commonFields(entry, extra.size());
-        append(directory, 0, 2 + 2 + 2 + 4); // comment, disk, attributes
+        directory.append(2 + 2 + 2 + 4, '\0'); // comment, disk, attributes
         append(directory, localOffset, 4);
         directory += entry.name + extra;
     }
