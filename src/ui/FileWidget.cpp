@@ -1,0 +1,49 @@
+#include "ui/FileWidget.h"
+
+#include "loading/QDataSet.h"
+#include "ui/FileLoadProgressWidget.h"
+#include "ui/SummaryWidget.h"
+
+#include <QScrollBar>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextEdit>
+
+FileWidget::FileWidget(QWidget *parent, QDataSet *dataSet) : QTabWidget(parent), messages_(new QTextEdit) {
+    auto *progress = new FileLoadProgressWidget;
+    messages_->setReadOnly(true);
+    messages_->setUndoRedoEnabled(false);
+    messages_->setAccessibleName(tr("Messages"));
+
+    addTab(progress, tr("Progress"));
+    addTab(new SummaryWidget(nullptr, dataSet), tr("Variables"));
+    addTab(messages_, tr("Messages"));
+
+    connect(dataSet, SIGNAL(Message(QString, QString)), SLOT(OnDataSetMessage(QString, QString)));
+    connect(dataSet, SIGNAL(Progress(QString, int, qint64)), progress,
+            SLOT(OnProgress(QString, int, qint64)));
+}
+
+void FileWidget::OnMessage(const char *text) {
+    appendMessage(QString::fromUtf8(text));
+}
+
+void FileWidget::OnDataSetMessage(const QString &fileName, const QString &text) {
+    appendMessage(fileName + QStringLiteral(": ") + text);
+}
+
+// Not QTextEdit::append, which would take a message that quotes "<b>" out of a file for rich text.
+void FileWidget::appendMessage(const QString &text) {
+    QScrollBar *bar = messages_->verticalScrollBar();
+    // Someone who has scrolled up is reading.
+    const bool atEnd = bar->value() == bar->maximum();
+    QTextCursor end(messages_->document());
+    end.movePosition(QTextCursor::End);
+    if (!messages_->document()->isEmpty()) {
+        end.insertBlock();
+    }
+    end.insertText(text);
+    if (atEnd) {
+        bar->setValue(bar->maximum());
+    }
+}

@@ -1,0 +1,191 @@
+#include "ui/MyFrame.h"
+
+#include "loading/QDataSet.h"
+#include "ui/AboutWidget.h"
+#include "ui/FileItemModel.h"
+#include "ui/FileItemView.h"
+#include "ui/FileWidget.h"
+#include "ui/HelpDocument.h"
+#include "ui/icons/add.xpm"
+#include "ui/icons/remove.xpm"
+
+#include <QDesktopServices>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <iostream>
+
+namespace {
+
+QToolButton *makeToolButton(const QString &text, const char *const *icon) {
+    auto *button = new QToolButton;
+    button->setAutoRaise(true);
+    button->setToolTip(text);
+    button->setAccessibleName(text);
+    button->setIconSize({22, 22});
+    button->setIcon(QPixmap(icon));
+    return button;
+}
+
+} // namespace
+
+MyFrame::MyFrame(const QString &displayName, const QString &applicationPath, QWidget *window)
+    : QFrame(window),
+      helpPath_(helpDocumentPath(applicationPath)),
+      view_(new FileItemView),
+      model_(new FileItemModel(this)),
+      pages_(new QStackedWidget),
+      fileWidget_(new FileWidget(nullptr, model_->dataSet())),
+      aboutWidget_(new AboutWidget),
+      addButton_(makeToolButton(tr("Add a file"), add_xpm)),
+      removeButton_(makeToolButton(tr("Remove a file"), remove_xpm)),
+      exportButton_(new QPushButton(tr("Export..."))),
+      helpButton_(new QPushButton(tr("Help..."))),
+      closeButton_(new QPushButton(tr("Close"))),
+      standardError_(std::cerr, &messages_) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAcceptDrops(true);
+    setAccessibleName(displayName);
+
+    view_->setModel(model_);
+    view_->setMinimumWidth(200);
+    view_->setAccessibleName(tr("Files"));
+    pages_->setMinimumSize(480, 360);
+    pages_->addWidget(aboutWidget_);
+    pages_->addWidget(fileWidget_);
+
+    auto *splitter = new QSplitter(Qt::Horizontal);
+    splitter->addWidget(view_);
+    splitter->addWidget(pages_);
+    splitter->setChildrenCollapsible(false);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(splitter);
+    layout->addLayout(makeButtonRow());
+
+    connectAll();
+    updateExportButton();
+}
+
+QHBoxLayout *MyFrame::makeButtonRow() {
+    auto *row = new QHBoxLayout;
+    row->addWidget(addButton_);
+    row->addWidget(removeButton_);
+    row->addStretch();
+    row->addWidget(exportButton_);
+    row->addWidget(helpButton_);
+    row->addWidget(closeButton_);
+    return row;
+}
+
+void MyFrame::connectAll() {
+    connect(addButton_, SIGNAL(clicked(bool)), SLOT(OnOpenFile()));
+    connect(removeButton_, SIGNAL(clicked(bool)), SLOT(OnCloseFile()));
+    if (parentWidget() != nullptr) {
+        connect(closeButton_, SIGNAL(clicked(bool)), parentWidget(), SLOT(close()));
+    }
+    connect(exportButton_, SIGNAL(clicked(bool)), SLOT(OnExportFile()));
+    connect(helpButton_, SIGNAL(clicked(bool)), SLOT(OnHelp()));
+    connect(aboutWidget_, SIGNAL(OpenFile()), SLOT(OnOpenFile()));
+    connect(view_, SIGNAL(SelectionChanged(QModelIndex, QModelIndex)),
+            SLOT(OnSelectionChanged(QModelIndex, QModelIndex)));
+    connect(&messages_, SIGNAL(Message(const char *)), fileWidget_, SLOT(OnMessage(const char *)));
+    connect(model_, SIGNAL(FileLoaded(QString)), SLOT(OnFileLoaded(QString)));
+    connect(model_, SIGNAL(FileRemoved(QString)), SLOT(OnFileRemoved(QString)));
+    connect(model_, SIGNAL(PostHandleFileRemoved(QString)), SLOT(OnPostFileRemoved(QString)));
+}
+
+void MyFrame::AddFiles(const QStringList &paths) {
+    if (paths.isEmpty()) {
+        return;
+    }
+    model_->AddFiles(paths);
+    pages_->setCurrentWidget(fileWidget_);
+}
+
+void MyFrame::OnOpenFile() {
+    QFileDialog dialog(this);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    dialog.setViewMode(QFileDialog::Detail);
+    if (dialog.exec() == QDialog::Accepted) {
+        AddFiles(dialog.selectedFiles());
+    }
+}
+
+void MyFrame::OnCloseFile() {
+    const std::vector<int> rows = view_->selectedRowsFromBottom();
+    // Else each removal of the current row would have the view look for the next one and lay itself out.
+    if (!rows.empty()) {
+        view_->selectionModel()->clear();
+    }
+    for (const int row : rows) {
+        model_->RemoveFile(model_->index(row));
+    }
+    if (!rows.empty()) {
+        // The keyboard goes on from where the rows were.
+        const int next = std::min(rows.back(), model_->rowCount() - 1);
+        view_->selectionModel()->setCurrentIndex(model_->index(next), QItemSelectionModel::NoUpdate);
+    }
+    updateExportButton();
+}
+
+void MyFrame::OnExportFile() {
+    std::cerr << "Export is not available yet\n";
+}
+
+void MyFrame::OnHelp() {
+    // A missing document has no canonical path, and then nothing opens.
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(helpPath_).canonicalFilePath()));
+}
+
+// Nothing to do: the pages show all files at once.
+void MyFrame::OnSelectionChanged(const QModelIndex &, const QModelIndex &) {}
+
+void MyFrame::OnFileLoaded(const QString &) {
+    updateExportButton();
+}
+
+void MyFrame::OnFileRemoved(const QString &) {
+    updateExportButton();
+}
+
+// Nothing to do: the pages stay, also without files.
+void MyFrame::OnPostFileRemoved(const QString &) {}
+
+void MyFrame::dragEnterEvent(QDragEnterEvent *event) {
+    if (event->mimeData()->hasUrls()) {
+        event->accept();
+    }
+}
+
+void MyFrame::dropEvent(QDropEvent *event) {
+    // Taking a moved file would let its source delete it.
+    if (event->dropAction() != Qt::CopyAction) {
+        event->ignore();
+        return;
+    }
+    QStringList paths;
+    for (const QUrl &url : event->mimeData()->urls()) {
+        if (const QString path = url.toLocalFile(); !path.isEmpty()) {
+            paths += path;
+        }
+    }
+    event->setAccepted(!paths.isEmpty());
+    AddFiles(paths);
+}
+
+void MyFrame::updateExportButton() {
+    exportButton_->setEnabled(model_->dataSet()->hasVariableKeys());
+}

@@ -1,0 +1,80 @@
+#include "ui/SummaryTableWidget.h"
+
+#include "data/VariableKey.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+struct Variable {
+    std::string_view name;
+    std::string_view key;
+};
+
+struct Group {
+    std::string_view title; // instrument and tag, as they stand in the key
+    std::vector<Variable> variables;
+};
+
+QString textOf(std::string_view bytes) {
+    return QString::fromUtf8(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+// Views into `keys`. The keys of a group stand together, for they begin with the same bytes.
+std::vector<Group> groupsOf(const std::set<std::string> &keys) {
+    std::vector<Group> groups;
+    for (const std::string &text : keys) {
+        const std::string_view whole = text;
+        const std::optional<VariableKey> key = splitVariableKey(whole);
+        if (!key) {
+            continue;
+        }
+        const std::string_view title = whole.substr(0, key->instrument.size() + 1 + key->tag.size());
+        if (groups.empty() || groups.back().title != title) {
+            groups.push_back({title, {}});
+        }
+        groups.back().variables.push_back({key->column, whole});
+    }
+    return groups;
+}
+
+QTableWidgetItem *makeItem(const Variable &variable) {
+    auto *item = new QTableWidgetItem(textOf(variable.name));
+    item->setData(Qt::UserRole, textOf(variable.key));
+    item->setFlags(item->flags() & ~Qt::ItemIsEditable);
+    return item;
+}
+
+} // namespace
+
+SummaryTableWidget::SummaryTableWidget(QWidget *parent) : QTableWidget(parent) {
+    setToolTip(tr("Double-click or Drag to plot"));
+    showVariables({});
+}
+
+void SummaryTableWidget::showVariables(const std::set<std::string> &keys) {
+    const std::vector<Group> groups = groupsOf(keys);
+    std::size_t rows = 0;
+    QStringList titles;
+    for (const Group &group : groups) {
+        rows = std::max(rows, group.variables.size());
+        titles += textOf(group.title);
+    }
+    if (titles.isEmpty()) {
+        titles += tr("Variable");
+    }
+
+    clear();
+    setRowCount(static_cast<int>(rows));
+    setColumnCount(titles.size());
+    for (int column = 0; const Group &group : groups) {
+        for (int row = 0; const Variable &variable : group.variables) {
+            setItem(row++, column, makeItem(variable));
+        }
+        ++column;
+    }
+    setHorizontalHeaderLabels(titles);
+    resizeColumnsToContents();
+}

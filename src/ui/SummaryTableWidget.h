@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QTableWidget>
+
+#include <set>
+#include <string>
+
+// The table of variables: one column for each instrument and tag, holding the names of its variables from the
+// top down. A cell's user-role text is its whole variable key.
+class SummaryTableWidget : public QTableWidget {
+    Q_OBJECT
+
+public:
+    explicit SummaryTableWidget(QWidget *parent = nullptr);
+
+    // Shows these variable keys in place of what was shown; those without two ":" are left out.
+    void showVariables(const std::set<std::string> &keys);
+};

@@ -1,0 +1,25 @@
+#include "loading/ExecutablePath.h"
+#include "time/Timezone.h"
+#include "ui/MyMainWindow.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QTextCodec>
+
+int main(int argc, char **argv) {
+    // File names are UTF-8, also where the locale says otherwise.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+
+    std::string program;
+    if (argc > 0) {
+        program = executablePath(argv[0]);
+        zoneDirectory = zoneDirectoryFor(program);
+    }
+
+    // Takes its own options out of the arguments.
+    const QApplication application(argc, argv);
+    MyMainWindow window(QStringLiteral("QA-310/320A/330/34xx File Viewer"),
+                        QFile::decodeName(program.c_str()), argc, argv);
+    window.show();
+    return QApplication::exec();
+}
