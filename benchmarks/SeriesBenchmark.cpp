@@ -1,0 +1,50 @@
+#include "benchmarks/BenchmarkFiles.h"
+#include "benchmarks/LoadedFile.h"
+
+#include <benchmark/benchmark.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct OpenFile {
+    DataSet dataSet;
+    std::string key;
+    double start = 0;
+};
+
+// The fast analyser's file and one of its variables.
+OpenFile openFastFile() {
+    OpenFile open{loadWhole(fastFile()), {}, 0};
+    const DataFragment &fragment = open.dataSet.fragments().front();
+    const std::string &instrument = fragment.header().instrument;
+    open.key = instrument + ":" + fragment.tag() + ":" + fragment.valueNames()[fragment.valueCount() / 2];
+    open.start = fragment.firstTime();
+    return open;
+}
+
+void readSpan(benchmark::State &state, double span) {
+    const OpenFile open = openFastFile();
+    std::vector<double> times;
+    std::vector<double> values;
+    for (auto step : state) {
+        times.clear();
+        values.clear();
+        open.dataSet.series(open.key, "", open.start, open.start + span, times, values);
+    }
+    state.counters["points"] = static_cast<double>(times.size());
+}
+
+// Averages: a span just above the threshold of each level.
+void BM_SeriesAveraged(benchmark::State &state) {
+    readSpan(state, static_cast<double>(state.range(0)));
+}
+BENCHMARK(BM_SeriesAveraged)->Arg(5001)->Arg(300001)->Arg(1500001)->Arg(9000001);
+
+// The records themselves, read again from the file.
+void BM_SeriesRaw(benchmark::State &state) {
+    readSpan(state, static_cast<double>(state.range(0)));
+}
+BENCHMARK(BM_SeriesRaw)->Arg(10)->Arg(600)->Arg(5000)->Unit(benchmark::kMillisecond);
+
+} // namespace
