@@ -10,8 +10,8 @@ void QDataSetThread::run() {
     if (owner_ != nullptr) {
         owner_->LoadFile(fileName_, source_, cancelled_);
     }
-    announceThreadEnd(this);
     Q_EMIT ThreadFinished(this);
+    announceThreadEnd(this);
 }
 
 void QDataSetThread::waitForEnd() {

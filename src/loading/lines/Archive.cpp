@@ -3,7 +3,13 @@
 #include <quazip.h>
 #include <quazipfileinfo.h>
 
+#include <algorithm>
+
 namespace {
+
+// A damaged directory may claim any size: what lies above this is cut, so that sums and percentages of sizes
+// fit 64 bits.
+constexpr qint64 largestTotal = qint64{1} << 55;
 
 bool endsWith(const QString &text, const char *ending) {
     return text.endsWith(QLatin1String(ending), Qt::CaseInsensitive);
@@ -36,9 +42,13 @@ MemberList listArchive(const QString &path) {
         if (endsWith(entry.name, ".metadata")) {
             continue;
         }
-        const auto size = static_cast<qint64>(entry.uncompressedSize);
+        const auto room = static_cast<quint64>(largestTotal - list.totalSize);
+        const auto size = static_cast<qint64>(std::min<quint64>(entry.uncompressedSize, room));
         list.members.push_back({entry.name, size});
         list.totalSize += size;
     } while (archive.goToNextFile());
+    if (archive.getZipError() != UNZ_OK) {
+        list.problem = QStringLiteral("The archive's directory is damaged");
+    }
     return list;
 }

@@ -15,21 +15,24 @@ constexpr qint64 blockSize = carryRoom + ChunkLineReader::readSize;
 // A longest line may be cut between its "\r" and its "\n": that byte is carried over too.
 constexpr qint64 spareByte = 1;
 
-// Reads until `wanted` bytes are there or the source ends, so that lines and offsets do not depend on how
-// much a device gives at a time. Less than `wanted`, or -1 when nothing came, at the end or after an error.
-qint64 readFully(QIODevice &device, char *to, qint64 wanted) {
-    qint64 done = 0;
-    while (done < wanted) {
-        const qint64 got = device.read(to + done, wanted - done);
-        if (got < 0 && done == 0) {
-            return -1;
-        }
+struct ReadResult {
+    qint64 count = 0;
+    bool failed = false;
+};
+
+// Reads until `wanted` bytes are there or the source ends or fails, so that lines and offsets do not depend
+// on how much a device gives at a time.
+ReadResult readFully(QIODevice &device, char *to, qint64 wanted) {
+    ReadResult result;
+    while (result.count < wanted) {
+        const qint64 got = device.read(to + result.count, wanted - result.count);
         if (got <= 0) {
+            result.failed = got < 0;
             break;
         }
-        done += got;
+        result.count += got;
     }
-    return done;
+    return result;
 }
 
 std::unique_ptr<QIODevice> deviceFor(const QString &path, const QString &member) {
@@ -87,22 +90,33 @@ bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 start
 
 bool ChunkLineReader::skipToStart(qint64 startOffset) {
     if (!device_->isSequential()) {
-        return startOffset == 0 || device_->seek(startOffset);
+        const bool good = startOffset == 0 || device_->seek(startOffset);
+        if (!good) {
+            noteShortRead(true, 0);
+        }
+        return good;
     }
     for (qint64 left = startOffset; left > 0;) {
-        const qint64 got = device_->read(buffer_, std::min(left, blockSize));
-        if (got <= 0) {
-            noteReadError(got);
+        const qint64 wanted = std::min(left, blockSize);
+        const ReadResult read = readFully(*device_, buffer_, wanted);
+        left -= read.count;
+        if (read.count < wanted) {
+            noteShortRead(read.failed, startOffset - left);
             return false;
         }
-        left -= got;
     }
     return true;
 }
 
-void ChunkLineReader::noteReadError(qint64 got) {
-    if (got < 0) {
+// The device gave less than it was asked for and stands at `position`: an end that is due is no problem.
+void ChunkLineReader::noteShortRead(bool failed, qint64 position) {
+    if (!problem_.isEmpty()) {
+        return;
+    }
+    if (failed) {
         problem_ = QStringLiteral("Reading failed: ") + device_->errorString();
+    } else if (position < size_) {
+        problem_ = QStringLiteral("The bytes end at %1 of %2").arg(position).arg(size_);
     }
 }
 
@@ -114,11 +128,15 @@ bool ChunkLineReader::nextLine() {
         const qint64 lineOffset = lineBegin_ - buffer_ + base_;
         if (!fill(lineOffset) || !findLine()) {
             ended_ = true;
+            if (isTooLong(lineBegin_)) {
+                noteLongLine();
+            }
             return false;
         }
     }
     if (lineEnd_ - lineBegin_ > maximumLineLength) {
-        endAtLongLine();
+        ended_ = true;
+        noteLongLine();
         return false;
     }
     return true;
@@ -152,8 +170,7 @@ bool ChunkLineReader::fill(qint64 fileOffset) {
     qint64 carry = 0;
     if (dataEnd_ != nullptr) {
         carry = dataEnd_ - buffer_ + base_ - fileOffset;
-        if (carry > carryRoom + (dataEnd_[-1] == '\r' ? spareByte : 0)) {
-            endAtLongLine();
+        if (isTooLong(dataEnd_ - carry)) {
             return false;
         }
     }
@@ -163,21 +180,35 @@ bool ChunkLineReader::fill(qint64 fileOffset) {
     char *const mark = buffer_ + carryRoom;
     if (carry > 0) {
         std::memmove(mark - carry, dataEnd_ - carry, static_cast<std::size_t>(carry));
+        // Should nothing more come, the carried bytes are still where they were in the file.
+        base_ += dataEnd_ - mark;
+        dataEnd_ = mark;
+        lineBegin_ = lineEnd_ = next_ = mark - carry;
     }
-    const qint64 got = readFully(*device_, mark, readSize);
-    if (got <= 0) {
-        noteReadError(got);
+    const ReadResult read = readFully(*device_, mark, readSize);
+    if (read.count < readSize) {
+        noteShortRead(read.failed, fileOffset + static_cast<qint64>(shortfall_) + carry + read.count);
+    }
+    if (read.count == 0) {
         return false;
     }
     base_ = fileOffset - carryRoom;
     shortfall_ += static_cast<std::uint64_t>(carry);
-    dataEnd_ = mark + std::min(got, size_ - fileOffset);
+    dataEnd_ = mark + std::min(read.count, size_ - fileOffset);
     next_ = mark - carry;
     return true;
 }
 
-void ChunkLineReader::endAtLongLine() {
-    ended_ = true;
+// A cut "\r" may belong to the line end and not to the line.
+bool ChunkLineReader::isTooLong(const char *unfinishedLine) const {
+    const qint64 length = dataEnd_ - unfinishedLine;
+    return length > maximumLineLength && (length > maximumLineLength + spareByte || dataEnd_[-1] != '\r');
+}
+
+void ChunkLineReader::noteLongLine() {
+    if (!problem_.isEmpty()) {
+        return;
+    }
     problem_ = QStringLiteral("A line of more than %1 bytes ends the reading at byte %2")
                    .arg(maximumLineLength)
                    .arg(lineOffset() + shortfall_);

@@ -60,8 +60,9 @@ private:
     bool skipToStart(qint64 startOffset);
     bool findLine();
     bool fill(qint64 fileOffset);
-    void noteReadError(qint64 got);
-    void endAtLongLine();
+    bool isTooLong(const char *unfinishedLine) const;
+    void noteShortRead(bool failed, qint64 position);
+    void noteLongLine();
 
     std::unique_ptr<QIODevice> device_;
     std::unique_ptr<char, Free> memory_;
