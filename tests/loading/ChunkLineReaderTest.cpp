@@ -99,6 +99,23 @@ TEST(ChunkLineReader, OnlyTheCarriageReturnDirectlyBeforeTheLineFeedIsDropped) {
     EXPECT_EQ(linesOf("a\rb\n\r\r\n\rc\n"), (Lines{"a\rb", "\r", "\rc"}));
 }
 
+TEST(ChunkLineReader, ACarriageReturnBeforeTheFirstByteReadIsNotOfTheLine) {
+    // The last: where the bytes before the start offset are read and thrown away.
+    for (const std::size_t start : {std::size_t{1}, std::size_t{2}, limit}) {
+        const std::string bytes = std::string(start - 1, 'x') + "\r\nnext\n";
+        for (const PiecewiseDevice::Behaviour &behaviour : {randomAccess, sequential}) {
+            ChunkLineReader reader;
+            ASSERT_TRUE(openBytes(reader, bytes, behaviour, start));
+            EXPECT_TRUE(readsByTheRules(reader, bytes, start)) << start;
+        }
+        ChunkLineReader reader;
+        ASSERT_TRUE(openBytes(reader, bytes));
+        ASSERT_TRUE(reader.skip(static_cast<qint64>(start)));
+        ASSERT_TRUE(reader.nextLine());
+        EXPECT_EQ(reader.line().size(), 0U);
+    }
+}
+
 TEST(ChunkLineReader, NulBytesAndHighBytesAreBytesOfTheLine) {
     using namespace std::string_literals;
     EXPECT_EQ(linesOf("a\0b\n\xff\xc3\n"s), (Lines{"a\0b"s, "\xff\xc3"}));
