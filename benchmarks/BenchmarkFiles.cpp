@@ -56,9 +56,10 @@ std::string fastFile() {
 }
 
 std::vector<std::string> halfHourArchives() {
-    const int count = numberFromEnvironment("FVQA_BENCHMARK_FILES", 200);
+    const int count = numberFromEnvironment("FVQA_BENCHMARK_FILES", 60);
     const QString path = folder().filePath(QStringLiteral("archives-%1").arg(count));
-    generateOnce(path, {"--kind", "archives", "--seed", "1", "--count", QString::number(count)});
+    generateOnce(
+        path, {"--kind", "archives", "--seed", "1", "--compression", "1", "--count", QString::number(count)});
     std::vector<std::string> files;
     for (const QFileInfo &file : QDir(path).entryInfoList(QDir::Files, QDir::Name)) {
         files.push_back(file.filePath().toStdString());

@@ -6,7 +6,7 @@
 // Files to measure with, made by the generator on first use and kept from run to run.
 //
 // Their size and number come from the environment: FVQA_BENCHMARK_MEGABYTES (default 100) for each plain
-// file, FVQA_BENCHMARK_FILES (default 200) archives; FVQA_BENCHMARK_FOLDER is where they are kept. All throw
+// file, FVQA_BENCHMARK_FILES (default 60) archives; FVQA_BENCHMARK_FOLDER is where they are kept. All throw
 // std::runtime_error when a file cannot be made.
 
 // A methane analyser's file: 10 Hz, few columns, status lines, check sums.

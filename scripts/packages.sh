@@ -1,0 +1,22 @@
+# shellcheck shell=bash disable=SC2034
+# The Debian 12 packages that the project needs, by purpose. Sourced by the other scripts.
+
+build_packages=(
+    g++ cmake ninja-build pkg-config
+    qtbase5-dev libquazip1-qt5-dev zlib1g-dev
+    tzdata libc-bin # zone source and zic, its compiler
+)
+
+test_packages=(
+    libgtest-dev
+    xvfb xauth fonts-dejavu-core # for tests that open windows
+)
+
+benchmark_packages=(libbenchmark-dev)
+
+lint_packages=(clang-format clang-tidy)
+
+clang_packages=(clang)
+
+# The run-time libraries of the sanitizers, and the symbolizer of their reports.
+sanitizer_packages=(clang libclang-rt-14-dev llvm)

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "data/Record.h"
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+enum class Command { none, summary, variables, messages, series };
+
+// What is wrong with the command line, for people; names the option or command in question.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// The points wanted of a variable, in the terms of DataSet::series.
+struct SeriesWish {
+    std::string variable; // key
+    std::string_view selector;
+    double from = wholeRangeStart; // UTC seconds
+    double to = wholeRangeEnd;
+};
+
+// A command line, understood.
+struct Arguments {
+    enum class Action { run, showHelp, showVersion };
+
+    Action action = Action::run;
+    Command command = Command::none; // none only for the general help and the version
+    std::optional<std::string> zoneDirectory;
+    std::optional<unsigned> jobs; // at least 1
+    bool quiet = false;
+    SeriesWish series;
+    std::vector<std::string> files; // at least one for a command that runs
+};
+
+// Reads the arguments behind the program's name. Options may stand before and after files, "--" ends them.
+// Throws UsageError.
+Arguments parseArguments(const std::vector<std::string> &arguments);

@@ -1,0 +1,73 @@
+#include "cli/HelpTexts.h"
+
+namespace {
+
+constexpr std::string_view generalHelp =
+    R"(Usage: fvqa300-cli [--zoneinfo DIR] [--jobs N] [--quiet] COMMAND [OPTIONS] FILE...
+       fvqa300-cli --help | COMMAND --help | --version
+
+Reads data files of gas analysers (.data, .ghg, .zip) without a window. A FILE that is a
+folder stands for the data files in it and below.
+
+Commands:
+  summary    where each block of records comes from, and its time range
+  variables  the variables and their units
+  messages   what is wrong with the files: checksum errors, parse errors
+  series     the points of one variable
+
+Options:
+  --zoneinfo DIR  folder of the compiled time zones (default: zoneinfo beside the program)
+  --jobs N        files that are read at the same time (default: one for each core, at most 10)
+  --quiet         no progress bar
+  --              what follows is no option
+  --help, --version
+
+Exit status: 0 when all was done, 1 when something could not be read, found or written,
+2 for wrong usage.
+)";
+
+constexpr std::string_view summaryHelp = R"(Usage: fvqa300-cli summary FILE...
+
+Prints a block of lines for each block of records, in the order of their times.
+)";
+
+constexpr std::string_view variablesHelp = R"(Usage: fvqa300-cli variables FILE...
+
+Prints a line for each variable: its key, a tab, its unit.
+)";
+
+constexpr std::string_view messagesHelp = R"(Usage: fvqa300-cli messages FILE...
+
+Prints what is to be said about each file, as "FILE: TEXT". The exit status is 1 when there
+are checksum or parse errors, or when a file cannot be read.
+)";
+
+constexpr std::string_view seriesHelp =
+    R"(Usage: fvqa300-cli series --variable KEY [OPTIONS] FILE...
+
+Prints a line for each point: its time (UTC seconds), a tab, its value. Longer ranges of time
+give the points of longer averaging periods; up to 5000 s give the records themselves.
+
+Options:
+  --variable KEY    the variable, as the command "variables" names it
+  --statistic WHAT  average (default), maximum or minimum of each period
+  --from T, --to T  UTC seconds, both included (default: the whole range)
+)";
+
+} // namespace
+
+std::string_view helpText(Command command) {
+    switch (command) {
+    case Command::none:
+        break;
+    case Command::summary:
+        return summaryHelp;
+    case Command::variables:
+        return variablesHelp;
+    case Command::messages:
+        return messagesHelp;
+    case Command::series:
+        return seriesHelp;
+    }
+    return generalHelp;
+}
