@@ -169,7 +169,7 @@ TEST(ChunkLineReader, ALineAcrossTheReadBoundaryIsDeliveredWhole) {
     for (const std::string end : {"\n", "\r\n"}) {
         // From a line that ends with the piece to one that begins with the next.
         for (std::size_t before = 0; before <= line.size() + end.size(); ++before) {
-            const std::string bytes = filler(piece - before) + line + end + "last\n";
+            const std::string bytes = filler(piece - before).append(line).append(end).append("last\n");
             ChunkLineReader reader;
             ASSERT_TRUE(openBytes(reader, bytes));
             EXPECT_TRUE(readsByTheRules(reader, bytes)) << before << " bytes before the boundary";
@@ -202,7 +202,8 @@ TEST(ChunkLineReader, ALineLongerThanOneMebibyteStopsTheReadingWhereverTheReadBo
         for (const std::size_t before : {std::size_t{0}, std::size_t{1}, length / 2, limit - 1, limit, length,
                                          length + 1, whole, whole + 1, 2 * limit}) {
             const std::string head = filler(piece - before);
-            const std::string bytes = head + std::string(length, 'x') + end + "never\n";
+            std::string bytes = head;
+            bytes.append(length, 'x').append(end).append("never\n");
             ChunkLineReader reader;
             ASSERT_TRUE(openBytes(reader, bytes));
             EXPECT_TRUE(readsByTheRules(reader, bytes))
@@ -363,7 +364,7 @@ TEST(ChunkLineReader, SkippingOverTheReadBoundaryRefillsOnce) {
     while (reader.nextLine() && reader.lineOffset() < piece - 5000) {
     }
     const std::uint64_t next = reader.lineOffset() + 1000;
-    const qint64 count = 6'000'000 / 1000 * 1000;
+    const qint64 count = 6'000'000;
     ASSERT_TRUE(reader.skip(count));
     ASSERT_TRUE(reader.nextLine());
     EXPECT_EQ(reader.lineOffset() + reader.shortfall(), next + static_cast<std::uint64_t>(count));

@@ -59,7 +59,7 @@ struct Scene {
 
     // Writes a file and adds it.
     QString add(const QString &name, std::string_view text) {
-        const QString path = folder.write(name, text);
+        QString path = folder.write(name, text);
         set.AddFile(path);
         return path;
     }
