@@ -96,5 +96,8 @@ ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> 
         }
         layout.readers.push_back(reader);
     }
+    while (!layout.readers.empty() && layout.readers.back().kind == Kind::skip) {
+        layout.readers.pop_back();
+    }
     return layout;
 }

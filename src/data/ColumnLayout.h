@@ -9,7 +9,8 @@
 
 // How the fields of one block's record lines are read, and what the values they give are called.
 struct ColumnLayout {
-    std::vector<FieldReader> readers; // one for each column of the header line
+    // One for each column of the header line up to the last that is not skipped.
+    std::vector<FieldReader> readers;
     std::vector<std::string> valueNames;
     std::vector<std::string> valueUnits; // parallel to valueNames
     std::uint8_t checksumSeed = 0;       // byte sum of the tag and the tab behind it

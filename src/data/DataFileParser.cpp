@@ -112,7 +112,7 @@ DataFileParser::startFragment(std::size_t tag, std::vector<std::string> columnNa
 }
 
 void DataFileParser::takeDiagnosticNames(std::vector<std::string> names) {
-    diagnosticNames_ = std::move(names);
+    diagnosticNames_ = std::make_shared<const std::vector<std::string>>(std::move(names));
     for (const std::size_t tag : {dataTag, statusTag}) {
         if (current_[tag] && !current_[tag]->columnsAreSetUp()) {
             current_[tag]->setDiagnosticNames(diagnosticNames_);

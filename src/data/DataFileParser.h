@@ -47,7 +47,7 @@ private:
     void handleKeyLine(std::string_view line);
 
     SourceHeader header_;
-    std::vector<std::string> diagnosticNames_;
+    DiagnosticNames diagnosticNames_ = std::make_shared<const std::vector<std::string>>();
     std::array<std::shared_ptr<DataFragment>, recordTags> current_; // DATA, DATASTAT, DATABIO
     std::string messageText_;
     bool foundHeader_ = false;

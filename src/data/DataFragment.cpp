@@ -6,7 +6,7 @@
 #include <tuple>
 
 DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
-                           std::vector<std::string> diagnosticNames)
+                           DiagnosticNames diagnosticNames)
     : header_(std::move(header)),
       tag_(std::move(tag)),
       timezone_(header_.timezone),
@@ -14,14 +14,19 @@ DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std
       diagnosticNames_(std::move(diagnosticNames)),
       loading_(std::make_unique<LoadingState>(timezone_)) {}
 
-void DataFragment::setDiagnosticNames(std::vector<std::string> names) {
+DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
+                           std::vector<std::string> diagnosticNames)
+    : DataFragment(std::move(header), std::move(tag), std::move(columnNames),
+                   std::make_shared<const std::vector<std::string>>(std::move(diagnosticNames))) {}
+
+void DataFragment::setDiagnosticNames(DiagnosticNames names) {
     diagnosticNames_ = std::move(names);
 }
 
 void DataFragment::setUpColumns() {
     columnsAreSetUp_ = true;
     columnsAreRefused_ = true;
-    layout_ = layOutColumns(tag_, columnNames_, diagnosticNames_);
+    layout_ = layOutColumns(tag_, columnNames_, *diagnosticNames_);
     const std::size_t columns = valueCount();
     for (std::size_t level = 0; level < periods.size(); ++level) {
         loading_->accumulators[level].resize(columns);

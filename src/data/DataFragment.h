@@ -28,6 +28,10 @@ struct SourceHeader {
     std::string timezone;
 };
 
+// The names of a diagnostic word's bits. The fragments of a source share them: a damaged file may hold very
+// many names, and very many header lines.
+using DiagnosticNames = std::shared_ptr<const std::vector<std::string>>;
+
 // One block of records of one source: a header line and the record lines of its tag that follow.
 //
 // Keeps the columns, the time range, an index into the source and averages, minima and maxima at four period
@@ -41,12 +45,14 @@ public:
 
     // Throws Timezone::Error when the header's zone cannot be loaded.
     DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
+                 DiagnosticNames diagnosticNames);
+    DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
                  std::vector<std::string> diagnosticNames);
 
     // While loading.
 
     // Names for the bits of the diagnostic word; they count until the first record line has come.
-    void setDiagnosticNames(std::vector<std::string> names);
+    void setDiagnosticNames(DiagnosticNames names);
     bool columnsAreSetUp() const { return columnsAreSetUp_; }
     // Binds the columns to their readers. Runs before the first record; throws std::length_error on a header
     // with too many columns, whose records are then all dropped.
@@ -71,7 +77,7 @@ public:
     }
     const Timezone &timezone() const { return timezone_; }
     const std::vector<std::string> &columnNames() const { return columnNames_; }
-    const std::vector<std::string> &diagnosticNames() const { return diagnosticNames_; }
+    const std::vector<std::string> &diagnosticNames() const { return *diagnosticNames_; }
     const std::vector<std::string> &valueNames() const { return layout_.valueNames; }
     const std::vector<std::string> &valueUnits() const { return layout_.valueUnits; }
     std::size_t valueCount() const { return layout_.valueNames.size(); }
@@ -126,7 +132,7 @@ private:
     std::uint64_t blockBegin_ = 0;
     std::uint64_t blockEnd_ = std::numeric_limits<std::uint64_t>::max();
     std::vector<std::string> columnNames_;
-    std::vector<std::string> diagnosticNames_;
+    DiagnosticNames diagnosticNames_; // never null
     ColumnLayout layout_;
     bool columnsAreSetUp_ = false;
     bool columnsAreRefused_ = false;

@@ -27,6 +27,7 @@ struct FieldReader {
 enum class FieldResult : std::uint8_t { good, bad, checksumFailure };
 
 // Reads `fields`, a record line from just behind its tag's tab, into `record`, whose values are already
-// sized. Values and stamp are whole only when the result is good. Nothing is allocated.
+// sized. The last of `readers` is none that skips. Values and stamp are whole only when the result is good.
+// Nothing is allocated.
 FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t checksumSeed,
                        std::string_view fields, Record &record);

@@ -1,5 +1,6 @@
 #include "data/FragmentList.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -26,13 +27,13 @@ void FragmentList::insertSorted(std::shared_ptr<const DataFragment> fragment) {
 void FragmentList::sort() {
     while (!fragments_.empty() && fragments_.begin()->first.first == unsorted) {
         auto node = fragments_.extract(fragments_.begin());
-        const Position before = node.key();
         node.key().first = node.mapped()->firstTime();
-        for (Position &position : positionsOfFile_[node.mapped()->header().fileName]) {
-            if (position == before) {
-                position = node.key();
-            }
-        }
+        // A file's positions stand in the order of arrival. A damaged file may have very many.
+        auto &positions = positionsOfFile_[node.mapped()->header().fileName];
+        const auto position = std::lower_bound(
+            positions.begin(), positions.end(), node.key().second,
+            [](const Position &entry, std::uint64_t arrival) { return entry.second < arrival; });
+        *position = node.key();
         fragments_.insert(std::move(node));
     }
 }

@@ -34,6 +34,13 @@ bool startsHexadecimal(const TextCursor &cursor) {
     return isHexDigit(cursor.at[2]) || (cursor.at[2] == '.' && length > 3 && isHexDigit(cursor.at[3]));
 }
 
+// Where a hexadecimal number that starts at `at` must end at the latest: GCC's library takes "p+-1" for an
+// exponent.
+const char *limitOfHexadecimal(const char *at, const char *end) {
+    at = std::find_if_not(at, end, [](char c) { return isHexDigit(c) || c == '.'; });
+    return end - at > 2 && at[1] == '+' && at[2] == '-' ? at : end;
+}
+
 // Decides whether the number in [at, end), which is out of range, is too large or too small: by the place of
 // its first significant digit and its exponent.
 bool isTooLarge(const char *at, const char *end, bool hexadecimal) {
@@ -154,7 +161,8 @@ bool readFloat(TextCursor &cursor, float &value) {
     const bool hexadecimal = startsHexadecimal(cursor);
     const char *const begin = cursor.at + (hexadecimal ? 2 : 0);
     const auto format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
-    const auto [end, error] = std::from_chars(begin, cursor.end, magnitude, format);
+    const char *const limit = hexadecimal ? limitOfHexadecimal(begin, cursor.end) : cursor.end;
+    const auto [end, error] = std::from_chars(begin, limit, magnitude, format);
     if (error == std::errc::result_out_of_range) {
         magnitude = isTooLarge(begin, end, hexadecimal) ? std::numeric_limits<float>::infinity() : 0.0F;
     } else if (error != std::errc()) {

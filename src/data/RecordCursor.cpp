@@ -7,10 +7,19 @@
 
 namespace {
 
-// `utcSeconds` as whole seconds, held to the range of a record's time.
+// `utcSeconds` as whole seconds, held to the range of a record's time; 0 for what is not a number.
 std::uint32_t wholeSeconds(double utcSeconds) {
     constexpr double latest = std::numeric_limits<std::uint32_t>::max();
-    return static_cast<std::uint32_t>(std::clamp(std::floor(utcSeconds), 0.0, latest));
+    return utcSeconds > 0 ? static_cast<std::uint32_t>(std::min(std::floor(utcSeconds), latest)) : 0;
+}
+
+// The bounds as they limit one fragment's reading. A clock may have stood at zero for the first records,
+// whose time the fragment does not keep, or beyond the end marker for some: the markers limit nothing.
+double narrowedStart(const DataFragment &fragment, double start) {
+    return start <= wholeRangeStart ? wholeRangeStart : std::max(start, fragment.firstTime());
+}
+double narrowedEnd(const DataFragment &fragment, double end) {
+    return end == wholeRangeEnd ? fragment.latestTime() : std::min(end, fragment.latestTime());
 }
 
 } // namespace
@@ -33,11 +42,11 @@ std::uint64_t endOffsetFor(const DataFragment &fragment, double end) {
 
 DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end)
     : fragment_(fragment),
-      end_(std::min(end, fragment.latestTime())),
+      end_(narrowedEnd(fragment, end)),
       prefix_(fragment.tag() + '\t'),
       clock_(fragment.timezone()) {
     record_.values.resize(fragment.valueCount());
-    const double narrowed = std::max(start, fragment.firstTime());
+    const double narrowed = narrowedStart(fragment, start);
     if (record_.values.empty() || !(narrowed <= end_) || !open(narrowed)) {
         exhaust();
         return;
@@ -50,9 +59,12 @@ DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double st
 bool DataFragment::_ContextType::open(double start) {
     const SourceHeader &header = fragment_.header();
     const auto offset = static_cast<qint64>(startOffsetFor(fragment_, start));
+    // An offset that falls short may lie within a line, whose rest must not pass for a whole one. Reading one
+    // byte earlier and passing over the first line end loses nothing when the offset is true.
+    const bool isBehindLine = offset > 0;
     if (lines_.open(QString::fromStdString(header.fileName), QString::fromStdString(header.subFileName),
-                    offset)) {
-        return true;
+                    isBehindLine ? offset - 1 : offset)) {
+        return !isBehindLine || lines_.nextLine();
     }
     std::cerr << header.fileName + ": " + lines_.problem().toStdString() + '\n' << std::flush;
     return false;

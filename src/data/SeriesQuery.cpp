@@ -63,7 +63,8 @@ SeriesQuery::SeriesQuery(const FragmentList &fragments, std::string_view key, do
 }
 
 // The markers give way to the data's own bounds, so that the whole range gets the level that suits its
-// length.
+// length. The end is the latest time, which is not the last record's where a clock stepped back: nothing is
+// to be lost.
 void SeriesQuery::resolveWholeRange(const FragmentList &fragments, std::string_view instrument,
                                     std::string_view tag) {
     if (fragments.empty()) {
@@ -73,14 +74,14 @@ void SeriesQuery::resolveWholeRange(const FragmentList &fragments, std::string_v
     for (const auto &fragment : fragments) {
         if (fragment->isOf(instrument, tag)) {
             start_ = start_ == wholeRangeStart ? fragment->firstTime() : start_;
-            last = fragment->lastTime();
+            last = fragment->latestTime();
         }
     }
     if (start_ == wholeRangeStart) {
         start_ = fragments.front().firstTime();
     }
     if (end_ == wholeRangeEnd) {
-        end_ = last.value_or(fragments.back().lastTime());
+        end_ = last.value_or(fragments.back().latestTime());
     }
 }
 

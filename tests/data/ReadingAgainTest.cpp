@@ -1,0 +1,200 @@
+#include "RandomDataFile.h"
+#include "ReferenceFragment.h"
+#include "data/RecordCursor.h"
+#include "support/LoadedSource.h"
+#include "support/RecordComparison.h"
+#include "support/SanitizerBuild.h"
+#include "support/ScratchFolder.h"
+
+#include <array>
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+// Loading a file and reading it again must give the same records, whatever the file holds.
+
+namespace {
+
+// The records of one block as they come while it is loaded.
+struct LoadedBlock {
+    LoadedBlock(const DataFragment &loaded) : fragment(&loaded), clock(loaded.timezone()) {}
+
+    const DataFragment *fragment;
+    RecordClock clock;
+    std::vector<Record> records;
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> lines; // offset and length
+};
+
+// Loads a file and reads every record line alongside, with a clock for each block.
+class WatchedLoading {
+public:
+    explicit WatchedLoading(const std::string &path)
+        : source_(loadSource(path, [this](const DataSet &source, std::uint64_t offset,
+                                          std::string_view line) { watch(source, offset, line); })) {}
+
+    const std::vector<std::unique_ptr<LoadedBlock>> &blocks() const { return blocks_; }
+
+private:
+    void watch(const DataSet &source, std::uint64_t offset, std::string_view line) {
+        if (source.fragments().size() > blocks_.size()) {
+            blocks_.push_back(std::make_unique<LoadedBlock>(source.fragments().back()));
+            current_[blocks_.back()->fragment->tag()] = blocks_.back().get();
+            return;
+        }
+        const std::string tag(line.substr(0, line.find('\t')));
+        const auto block = current_.find(tag);
+        if (tag.size() == line.size() || block == current_.end()) {
+            return;
+        }
+        LoadedBlock &target = *block->second;
+        Record record;
+        record.values.resize(target.fragment->valueCount());
+        if (target.fragment->readRecord(line, target.clock, record)) {
+            target.records.push_back(record);
+            target.lines.emplace_back(offset, line.size());
+        }
+    }
+
+    std::vector<std::unique_ptr<LoadedBlock>> blocks_;
+    std::map<std::string, LoadedBlock *> current_;
+    DataSet source_;
+};
+
+ReferenceFragment referenceOf(const LoadedBlock &block) {
+    ReferenceFragment reference(block.fragment->valueCount());
+    for (std::size_t i = 0; i < block.records.size(); ++i) {
+        reference.take(block.records[i], block.lines[i].first, block.lines[i].second);
+    }
+    return reference;
+}
+
+// What the tests below say of one file, and how many records it held.
+std::size_t expectReadAgainAsLoaded(const std::string &path) {
+    const WatchedLoading watched(path);
+    const DataSet source = loadSource(path);
+    EXPECT_EQ(source.fragments().size(), watched.blocks().size());
+    std::size_t records = 0;
+    auto fragment = source.fragments().begin();
+    for (const auto &block : watched.blocks()) {
+        const ReferenceFragment reference = referenceOf(*block);
+        EXPECT_TRUE(reference.isMatchedBy(**fragment));
+        // A block without value columns has nothing to be read.
+        const std::vector<Record> expected =
+            block->fragment->valueCount() == 0 ? std::vector<Record>() : block->records;
+        EXPECT_TRUE(sameRecords(readAgain(**fragment), expected));
+        EXPECT_TRUE(sameRecords(readAgain(**fragment), expected)) << "at the second time";
+        EXPECT_TRUE(reference.isMatchedBy(**fragment)) << "after reading";
+        records += expected.size();
+        ++fragment;
+    }
+    return records;
+}
+
+struct Place {
+    const char *timezone; // as the file says
+    const char *wallZone; // of the instrument's clock
+    std::int64_t start;   // shortly before the clock is set back an hour, or half an hour
+};
+constexpr std::array places{Place{"", "Europe/Berlin", 1572138000 - 5000},
+                            Place{"Europe/Berlin", "Europe/Berlin", 1572138000 - 5000},
+                            Place{"", "America/New_York", 1572760800 - 5000},
+                            Place{"America/New_York", "America/New_York", 1572760800 - 5000},
+                            Place{"Australia/Lord_Howe", "Australia/Lord_Howe", 1554562800 - 5000},
+                            Place{"Europe/Berlin", "Europe/Berlin", 1553994000 - 5000},
+                            Place{"Asia/Kolkata", "Asia/Kolkata", 1559347200}};
+
+RandomDataFile::Options optionsAt(const Place &place, std::uint64_t seed) {
+    RandomDataFile::Options options;
+    options.seed = seed;
+    options.timezone = place.timezone;
+    options.wallZone = place.wallZone;
+    options.start = place.start;
+    return options;
+}
+
+} // namespace
+
+TEST(ReadingAgain, GivesExactlyTheRecordsThatLoadingGaveAlsoInARepeatedHour) {
+    const ScratchFolder folder;
+    std::size_t records = 0;
+    const std::size_t rounds = scaledDown(40);
+    for (std::uint64_t seed = 1; seed <= rounds; ++seed) {
+        for (const Place &place : places) {
+            const std::string path = folder.write("a.data", RandomDataFile(optionsAt(place, seed)).text());
+            records += expectReadAgainAsLoaded(path);
+            ASSERT_FALSE(testing::Test::HasFailure())
+                << "seed " << seed << " zone \"" << place.timezone << "\" clock " << place.wallZone;
+        }
+    }
+    EXPECT_GT(records, rounds * places.size() * 300);
+}
+
+TEST(ReadingAgain, GivesExactlyTheRecordsThatLoadingGaveBehindRefills) {
+    const ScratchFolder folder;
+    std::size_t records = 0;
+    const std::size_t rounds = scaledDown(4);
+    for (std::uint64_t seed = 1; seed <= rounds; ++seed) {
+        RandomDataFile::Options options = optionsAt(places[seed % places.size()], seed);
+        options.longestRemark = 20000;
+        options.lines = 3000; // about 30 MB
+        const std::string path = folder.write("a.data", RandomDataFile(options).text());
+        records += expectReadAgainAsLoaded(path);
+        ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed;
+    }
+    EXPECT_GT(records, rounds * 1000);
+}
+
+TEST(ReadingAgain, BetweenTwoTimesGivesTheRecordsBetweenThem) {
+    const ScratchFolder folder;
+    std::size_t found = 0;
+    const std::size_t rounds = scaledDown(40);
+    for (std::uint64_t seed = 1; seed <= rounds; ++seed) {
+        RandomDataFile::Options options = optionsAt(places[1 + seed % 2 * 2], seed);
+        options.isPlain = true;
+        options.longestRemark = seed % 8 == 0 ? 20000 : 12;
+        const std::string path = folder.write("a.data", RandomDataFile(options).text());
+        const WatchedLoading watched(path);
+        const DataSet source = loadSource(path);
+        RandomNumbers random(seed);
+        auto fragment = source.fragments().begin();
+        for (const auto &block : watched.blocks()) {
+            for (int query = 0; query < 10; ++query) {
+                const double start = static_cast<double>(options.start + random.between(-600, 11000));
+                const double end = start + static_cast<double>(random.between(0, 4000)) * 0.7;
+                std::vector<Record> expected;
+                for (const Record &record : block->records) {
+                    if (!record.values.empty() && timeOf(record) >= start && timeOf(record) <= end) {
+                        expected.push_back(record);
+                    }
+                }
+                ASSERT_TRUE(sameRecords(readAgain(**fragment, start, end), expected)) << "seed " << seed;
+                found += expected.size();
+            }
+            ++fragment;
+        }
+    }
+    EXPECT_GT(found, rounds * 500);
+}
+
+TEST(ReadingAgain, InARepeatedHourGivesTheSameInstantsWithAndWithoutAZone) {
+    // The instrument's clock shows 02:00 to 03:00 twice.
+    const ScratchFolder folder;
+    std::string records;
+    Timezone berlin("Europe/Berlin");
+    for (std::int64_t utc = 1572138000 - 5400; utc < 1572138000 + 5400; utc += 30) {
+        std::tm local{};
+        berlin.localTime(utc, &local);
+        std::array<char, 64> text{};
+        const auto length = std::strftime(text.data(), text.size(), "DATA\t%Y-%m-%d\t%H:%M:%S\t1\n", &local);
+        records.append(text.data(), length);
+    }
+    for (const std::string zone : {"", "Timezone:\tEurope/Berlin\n"}) {
+        const std::string path = folder.write("a.data", zone + "DATAH\tDATE\tTIME\tA\n" + records);
+        EXPECT_EQ(expectReadAgainAsLoaded(path), 360U) << zone;
+        // The clock goes back by an hour where it cannot be told that the hour came again.
+        const DataSet source = loadSource(path);
+        EXPECT_EQ(readAgain(source, "Unknown", "DATA").size(), 360U) << zone;
+    }
+}
