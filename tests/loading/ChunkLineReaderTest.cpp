@@ -99,6 +99,23 @@ TEST(ChunkLineReader, OnlyTheCarriageReturnDirectlyBeforeTheLineFeedIsDropped) {
     EXPECT_EQ(linesOf("a\rb\n\r\r\n\rc\n"), (Lines{"a\rb", "\r", "\rc"}));
 }
 
+TEST(ChunkLineReader, ACarriageReturnBeforeTheFirstByteReadIsNotOfTheLine) {
+    // The last: where the bytes before the start offset are read and thrown away.
+    for (const std::size_t start : {std::size_t{1}, std::size_t{2}, limit}) {
+        const std::string bytes = std::string(start - 1, 'x') + "\r\nnext\n";
+        for (const PiecewiseDevice::Behaviour &behaviour : {randomAccess, sequential}) {
+            ChunkLineReader reader;
+            ASSERT_TRUE(openBytes(reader, bytes, behaviour, start));
+            EXPECT_TRUE(readsByTheRules(reader, bytes, start)) << start;
+        }
+        ChunkLineReader reader;
+        ASSERT_TRUE(openBytes(reader, bytes));
+        ASSERT_TRUE(reader.skip(static_cast<qint64>(start)));
+        ASSERT_TRUE(reader.nextLine());
+        EXPECT_EQ(reader.line().size(), 0U);
+    }
+}
+
 TEST(ChunkLineReader, NulBytesAndHighBytesAreBytesOfTheLine) {
     using namespace std::string_literals;
     EXPECT_EQ(linesOf("a\0b\n\xff\xc3\n"s), (Lines{"a\0b"s, "\xff\xc3"}));
@@ -152,7 +169,7 @@ TEST(ChunkLineReader, ALineAcrossTheReadBoundaryIsDeliveredWhole) {
     for (const std::string end : {"\n", "\r\n"}) {
         // From a line that ends with the piece to one that begins with the next.
         for (std::size_t before = 0; before <= line.size() + end.size(); ++before) {
-            const std::string bytes = filler(piece - before) + line + end + "last\n";
+            const std::string bytes = filler(piece - before).append(line).append(end).append("last\n");
             ChunkLineReader reader;
             ASSERT_TRUE(openBytes(reader, bytes));
             EXPECT_TRUE(readsByTheRules(reader, bytes)) << before << " bytes before the boundary";
@@ -185,7 +202,8 @@ TEST(ChunkLineReader, ALineLongerThanOneMebibyteStopsTheReadingWhereverTheReadBo
         for (const std::size_t before : {std::size_t{0}, std::size_t{1}, length / 2, limit - 1, limit, length,
                                          length + 1, whole, whole + 1, 2 * limit}) {
             const std::string head = filler(piece - before);
-            const std::string bytes = head + std::string(length, 'x') + end + "never\n";
+            std::string bytes = head;
+            bytes.append(length, 'x').append(end).append("never\n");
             ChunkLineReader reader;
             ASSERT_TRUE(openBytes(reader, bytes));
             EXPECT_TRUE(readsByTheRules(reader, bytes))
@@ -346,7 +364,7 @@ TEST(ChunkLineReader, SkippingOverTheReadBoundaryRefillsOnce) {
     while (reader.nextLine() && reader.lineOffset() < piece - 5000) {
     }
     const std::uint64_t next = reader.lineOffset() + 1000;
-    const qint64 count = 6'000'000 / 1000 * 1000;
+    const qint64 count = 6'000'000;
     ASSERT_TRUE(reader.skip(count));
     ASSERT_TRUE(reader.nextLine());
     EXPECT_EQ(reader.lineOffset() + reader.shortfall(), next + static_cast<std::uint64_t>(count));

@@ -59,7 +59,7 @@ struct Scene {
 
     // Writes a file and adds it.
     QString add(const QString &name, std::string_view text) {
-        const QString path = folder.write(name, text);
+        QString path = folder.write(name, text);
         set.AddFile(path);
         return path;
     }
@@ -109,6 +109,7 @@ private Q_SLOTS:
 
     void removingAFileWhileItsWorkerRunsEmitsFileRemovedAtOnceAndFileLoadedNeverComes();
     void removingAFileInTheMiddleOfItsReadingDropsIt();
+    void removingAFileThatWasAddedAgainStopsAllItsWorkers();
     void removingAFileBetweenTheEndOfItsWorkerAndItsMergeDropsIt();
     void aRemovedFileThatIsNotLoadedAgainEndsWithProgress100();
     void aRemovedFileThatIsBeingLoadedAgainHasNoProgress100OfItsFirstWorker();
@@ -285,6 +286,20 @@ void QDataSetTest::removingAFileInTheMiddleOfItsReadingDropsIt() {
     QCOMPARE(recordsOf(scene.set, "QA330"), 0U);
     QCOMPARE(scene.recorder.countStartingWith("Message"), 0);
     QCOMPARE(scene.recorder.events().last(), scene.progress("a.data", 100));
+}
+
+void QDataSetTest::removingAFileThatWasAddedAgainStopsAllItsWorkers() {
+    Scene scene;
+    WorkerGate gate(scene.set);
+    const QString path = scene.add("a.data", dataText("QA330", start, 5));
+    QVERIFY(gate.waitForHeld(1));
+    scene.set.AddFile(path);
+    QVERIFY(gate.waitForHeld(2));
+    scene.set.RemoveFile(path);
+    gate.open();
+    QVERIFY(scene.waitForRest());
+    QCOMPARE(scene.loadedCount(), 0);
+    QVERIFY(scene.set.fileNames().empty());
 }
 
 void QDataSetTest::removingAFileBetweenTheEndOfItsWorkerAndItsMergeDropsIt() {
