@@ -418,3 +418,36 @@ TEST_F(FileLoading, ParseErrorsAreCollectedWhileTheTextHoldsAtMost9999Characters
     }
     EXPECT_EQ(load(folder.write("many.data", text)).data.messageText(), expected);
 }
+
+TEST(ReadingArchivesAgain, ABlockThatRunsOnIntoTheNextMemberIsReadThroughBoth) {
+    const TempFolder folder;
+    const QString path = folder.path("a.ghg");
+    const std::string header = "Instrument:\tQ\nDATAH\tSECONDS\tA\n";
+    writeZip(path, {{"a.data", header + "DATA\t1600000000\t1\nDATA\t1600000001\t2\n"},
+                    {"b.data", "DATA\t1600000002\t3\nDATASTATH\tSECONDS\tS\nDATASTAT\t1600000002\t9\n"},
+                    {"c.data", "DATA\t1600000003\t4\nDATAH\tSECONDS\tB\tA\nDATA\t1600000003\t0\t5\n"}});
+    const Loaded loaded = load(path);
+    EXPECT_EQ(loaded.recordCounts(), (Counts{3 + 1, 1, 1}));
+    DataSet merged;
+    merged.merge(loaded.data);
+    std::vector<double> times;
+    std::vector<double> values;
+    merged.series("Q:DATA:A", "", wholeRangeStart, wholeRangeEnd, times, values);
+    EXPECT_EQ(values, (std::vector<double>{1, 2, 3, 4, 5}));
+    values.clear();
+    merged.series("Q:DATA:A", "", 1600000001, 1600000002, times, values);
+    EXPECT_EQ(values, (std::vector<double>{2, 3}));
+}
+
+TEST(ReadingArchivesAgain, ABlockEndsWhereTheNextMemberBringsItsOwnHeader) {
+    const TempFolder folder;
+    const QString path = folder.path("a.ghg");
+    const std::string block = "Instrument:\tQ\nDATAH\tSECONDS\tA\nDATA\t160000000";
+    writeZip(path, {{"a.data", block + "0\t1\n"}, {"b.data", block + "1\t2\n"}});
+    const Loaded loaded = load(path);
+    EXPECT_EQ(loaded.data.fragments().front().members(), (std::vector<std::string>{"a.data"}));
+    std::vector<double> times;
+    std::vector<double> values;
+    loaded.data.series("Q:DATA:A", "", wholeRangeStart, wholeRangeEnd, times, values);
+    EXPECT_EQ(values, (std::vector<double>{1, 2}));
+}
