@@ -9,6 +9,7 @@ build_packages=(
 
 test_packages=(
     libgtest-dev
+    locales # source of a locale with decimal commas
     xvfb xauth fonts-dejavu-core # for tests that open windows
 )
 
