@@ -218,6 +218,16 @@ TEST(DataFragment, TheWholeBlocksRecordsHoldTheExtremeTimesValuesAndWords) {
     EXPECT_EQ(maximum.values, (std::vector<double>{9, 2}));
 }
 
+TEST(DataFragment, TheFirstOfRecordsAtOneTimeGivesTheWholeBlocksLocalTime) {
+    Block block({"SECONDS", "TIME", "A"});
+    for (const char *const fields :
+         {"100\t1:00:00\t1", "100\t2:00:00\t1", "200\t3:00:00\t1", "200\t4:00:00\t1"}) {
+        block.take(fields);
+    }
+    EXPECT_EQ(int{block->minimumRecord().hour}, 1);
+    EXPECT_EQ(int{block->maximumRecord().hour}, 3);
+}
+
 TEST(DataFragment, BadChecksumsAreCountedAndOtherBadRecordsAreNot) {
     Block block({"A", "CHK"});
     block.take("1\t0");

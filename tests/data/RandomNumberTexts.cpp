@@ -1,5 +1,6 @@
 #include "RandomNumberTexts.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -36,7 +37,7 @@ std::string allDigits(double value) {
 
 std::string RandomNumberTexts::number() {
     std::string text;
-    switch (random_.below(8)) {
+    switch (random_.below(9)) {
     case 0:
         text = decimal();
         break;
@@ -50,12 +51,15 @@ std::string RandomNumberTexts::number() {
         text = nearHalfway();
         break;
     case 4:
-        text = hexadecimal();
+        text = shortNearHalfway();
         break;
     case 5:
-        text = word();
+        text = hexadecimal();
         break;
     case 6:
+        text = word();
+        break;
+    case 7:
         return soup();
     default:
         return mutated(random_.oneIn(2) ? shortest() : hexadecimal());
@@ -124,8 +128,8 @@ std::string RandomNumberTexts::shortest() {
     return {buffer.data(), result.ptr};
 }
 
-// The number halfway between two neighbouring floats, or a hair beside it: rounding must look at all digits.
-std::string RandomNumberTexts::nearHalfway() {
+// The number halfway between two neighbouring floats.
+double RandomNumberTexts::halfway() {
     constexpr std::uint32_t largest = 0x7F7FFFFF;
     std::uint32_t pattern = static_cast<std::uint32_t>(random_.below(largest + std::uint64_t{1}));
     if (random_.oneIn(4)) { // subnormal ones
@@ -134,14 +138,20 @@ std::string RandomNumberTexts::nearHalfway() {
     const double low = std::bit_cast<float>(pattern);
     constexpr double beyondLargest = 3.4028236692093846e38; // 2^128, where the next float would be
     const double high = pattern == largest ? beyondLargest : std::bit_cast<float>(pattern + 1);
-    std::string text = allDigits(low + (high - low) / 2);
+    return low + (high - low) / 2;
+}
+
+// Such a number, or a hair beside it: rounding must look at all digits.
+std::string RandomNumberTexts::nearHalfway() {
+    const double middle = halfway();
+    std::string text = allDigits(middle);
     const std::size_t mark = text.find('e');
     switch (random_.below(4)) {
     case 0: // just above
         text.insert(mark, std::string(random_.below(40), '0') + '1');
         break;
     case 1: // just below
-        text = allDigits(std::nextafter(low + (high - low) / 2, 0));
+        text = allDigits(std::nextafter(middle, 0));
         break;
     case 2: // cut off
         text.erase(2 + random_.below(mark - 2), random_.below(mark));
@@ -150,6 +160,18 @@ std::string RandomNumberTexts::nearHalfway() {
         break;
     }
     return text;
+}
+
+// Such a number in the few digits of a plain decimal: the nearest double may be the middle itself, and only
+// the digits tell on which side the text lies.
+std::string RandomNumberTexts::shortNearHalfway() {
+    const double significand = static_cast<double>(random_.between(1 << 23, (1 << 24) - 1)) + 0.5;
+    const double middle = std::ldexp(significand, static_cast<int>(random_.between(-23, 26)));
+    const int places = std::max(0, 14 - static_cast<int>(std::floor(std::log10(middle)))); // 15 digits in all
+    std::array<char, 64> buffer{};
+    const auto result =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), middle, std::chars_format::fixed, places);
+    return {buffer.data(), result.ptr};
 }
 
 std::string RandomNumberTexts::hexadecimal() {

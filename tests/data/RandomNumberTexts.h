@@ -18,7 +18,9 @@ private:
     std::string exponent(char mark, std::int64_t limit);
     std::string decimal();
     std::string shortest();
+    double halfway();
     std::string nearHalfway();
+    std::string shortNearHalfway();
     std::string hexadecimal();
     std::string word();
     std::string soup();

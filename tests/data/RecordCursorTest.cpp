@@ -262,6 +262,36 @@ TEST_F(RecordCursorTest, TwoBlocksOfOneTagWhoseClocksOverlapKeepTheirRecordsApar
     EXPECT_EQ(timesOf(readAgain(fragmentAt(source, 0), 2000, 6000)), std::vector<double>{5000});
 }
 
+TEST_F(RecordCursorTest, BlocksBehindARefillKeepTheirRecordsApartThoughOffsetsFallShort) {
+    // A long line is carried over, so that all offsets behind it fall short by more than the lines between it
+    // and the next header line hold: by its offset the second block seems to start within the first.
+    constexpr std::size_t piece = 8 << 20U;
+    std::string text = "DATAH\tSECONDS\tA\tREMARK\n";
+    std::vector<double> first;
+    const auto addFirst = [&](std::size_t remark) {
+        first.push_back(begin + static_cast<double>(first.size()));
+        text +=
+            "DATA\t" + std::to_string(begin + first.size() - 1) + "\t1\t" + std::string(remark, 'x') + '\n';
+    };
+    while (text.size() < piece - 30000) {
+        addFirst(9000);
+    }
+    addFirst(piece - text.size()); // from here on offsets fall short by 20,000 to 30,000
+    for (int i = 0; i < 100; ++i) {
+        addFirst(5);
+    }
+    text += "DATAH\tSECONDS\tREMARK\tA\n" + recordsOf("DATA", begin, begin + 99, 1, "\tx\t2");
+    const DataSet source = load(text);
+    ASSERT_EQ(source.fragments().size(), 2U);
+    ASSERT_LT(fragmentAt(source, 1).firstOffset(), piece);
+    const std::vector<Record> ofFirst = readAgain(fragmentAt(source, 0));
+    EXPECT_EQ(timesOf(ofFirst), first);
+    EXPECT_EQ(firstValuesOf(ofFirst), std::vector<double>(first.size(), 1));
+    const std::vector<Record> ofSecond = readAgain(fragmentAt(source, 1));
+    EXPECT_EQ(timesOf(ofSecond), numbers(begin, begin + 99, 1));
+    EXPECT_EQ(firstValuesOf(ofSecond), std::vector<double>(100, 2));
+}
+
 TEST_F(RecordCursorTest, ABlockWhoseHeaderFailedBelongsToTheBlockBefore) {
     const DataSet source = load("DATAH\tSECONDS\tA\nDATA\t1000\t1\nTimezone:\tNo/Such\nDATAH\tA\tSECONDS\n"
                                 "DATA\t1100\t2\n");
