@@ -17,7 +17,7 @@ private Q_SLOTS:
         QCOMPARE(ownSignals(AboutWidget::staticMetaObject), QStringList{"OpenFile()"});
     }
 
-    void theTextIsWhatIsAgreed() {
+    void theTextNamesTheInstrumentsTheVersionAndTheOwner() {
         const AboutWidget about;
         const QString expected =
             QStringLiteral("<html><head><style type=\"text/css\">p{color:darkblue; text-align:center; }"
