@@ -10,6 +10,7 @@ build_packages=(
 test_packages=(
     libgtest-dev
     locales # source of a locale with decimal commas
+    zip     # writes encrypted archives
     xvfb xauth fonts-dejavu-core # for tests that open windows
 )
 
