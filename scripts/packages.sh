@@ -9,6 +9,8 @@ build_packages=(
 
 test_packages=(
     libgtest-dev
+    locales # source of a locale with decimal commas
+    zip     # writes encrypted archives
     xvfb xauth fonts-dejavu-core # for tests that open windows
 )
 

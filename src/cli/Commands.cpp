@@ -80,34 +80,19 @@ void printVariables(const DataSet &data, Output &output) {
     }
 }
 
-// What loading a file has to say, in the order in which the viewer shows it.
-std::vector<std::string> messagesOf(const LoadedFile &file) {
-    std::vector<std::string> messages;
-    if (const std::uint32_t failures = file.data.checksumFailures(); failures != 0) {
-        messages.push_back("Checksum errors: " + std::to_string(failures));
-    }
-    messages.push_back(file.data.messageText());
-    messages.push_back(file.report.problem.toStdString());
-    messages.push_back(file.report.remark.toStdString());
-    std::erase_if(messages, [](const std::string &message) { return message.empty(); });
-    return messages;
-}
-
 bool hasErrors(const LoadedFile &file) {
     return file.data.checksumFailures() != 0 || !file.data.messageText().empty();
 }
 
 void printMessages(const Arguments &arguments, Output &output, StandardError &standardError) {
-    std::size_t filesWithErrors = 0;
     loadEach(arguments, standardError, [&](const LoadedFile &file) {
-        for (const std::string &message : messagesOf(file)) {
-            output.write(file.name + ": " + message + '\n');
+        for (const QString &message : messagesOf(file.data, file.report)) {
+            output.write(file.name + ": " + message.toStdString() + '\n');
         }
-        filesWithErrors += hasErrors(file) ? 1U : 0U;
+        if (hasErrors(file)) {
+            std::cerr << file.name + ": Checksum or parse errors\n";
+        }
     });
-    if (filesWithErrors != 0) {
-        std::cerr << "files with checksum or parse errors: " << filesWithErrors << '\n';
-    }
 }
 
 // The shortest decimal form that reads back to the same number; the sign of a not-a-number means nothing.

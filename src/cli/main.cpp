@@ -77,7 +77,7 @@ int statusOf(const std::string &program, const std::vector<std::string> &argumen
 int main(int argc, char **argv) {
     std::signal(SIGPIPE, SIG_IGN); // a pipe that nobody reads shows as a write error
     installInterruptHandling();
-    // Names of files are bytes that pass through unchanged, whatever the locale.
+    // Names of files are UTF-8, also where the locale says otherwise.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 
     StandardError standardError(STDERR_FILENO);

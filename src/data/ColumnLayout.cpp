@@ -2,6 +2,7 @@
 
 #include "data/UnitTable.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
@@ -67,15 +68,24 @@ std::size_t countValues(const std::vector<std::string> &columnNames, std::size_t
     return count;
 }
 
+[[noreturn]] void refuse(std::size_t count, const char *what, std::size_t maximum) {
+    throw std::length_error("The header line asks for " + std::to_string(count) + " " + what +
+                            ", more than " + std::to_string(maximum) + ": its records are left out");
+}
+
 } // namespace
 
 ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> &columnNames,
                            const std::vector<std::string> &diagnosticNames) {
+    const bool hasWord = std::any_of(columnNames.begin(), columnNames.end(), [](const std::string &name) {
+        return kindOf(name) == Kind::diagnosticWord;
+    });
+    if (hasWord && diagnosticNames.size() > maximumDiagnosticNames) {
+        refuse(diagnosticNames.size(), "names of diagnostic bits", maximumDiagnosticNames);
+    }
     const std::size_t valueCount = countValues(columnNames, diagnosticNames.size());
     if (valueCount > maximumValueColumns) {
-        throw std::length_error("The header line asks for " + std::to_string(valueCount) +
-                                " value columns, more than " + std::to_string(maximumValueColumns) +
-                                ": its records are left out");
+        refuse(valueCount, "value columns", maximumValueColumns);
     }
     ensureSeeded();
     ColumnLayout layout;

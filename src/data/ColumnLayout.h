@@ -18,8 +18,11 @@ struct ColumnLayout {
 
 // More value columns than any analyser writes: a header that asks for more is damaged.
 inline constexpr std::size_t maximumValueColumns = 10000;
+// The word has 32 bits. Names cost a value column each but no bytes in the record lines, so that a small file
+// with very many of them would take memory out of all proportion.
+inline constexpr std::size_t maximumDiagnosticNames = 64;
 
 // Binds every column of a header line to its reader and looks up its unit; a unit in the name's parentheses
-// goes into the unit table. Throws std::length_error beyond maximumValueColumns.
+// goes into the unit table. Throws std::length_error beyond either maximum.
 ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> &columnNames,
                            const std::vector<std::string> &diagnosticNames);

@@ -55,6 +55,7 @@ DataFileParser::DataFileParser(std::string fileName, std::string fileNameTag)
 
 void DataFileParser::setSubFileName(std::string name) {
     header_.subFileName = std::move(name);
+    isOfEarlierMember_.fill(true);
 }
 
 std::shared_ptr<DataFragment> DataFileParser::parseLine(std::uint64_t offset, std::string_view line,
@@ -77,9 +78,7 @@ std::shared_ptr<DataFragment> DataFileParser::handleLine(std::uint64_t offset, s
                                                          std::uint64_t shortfall) {
     for (std::size_t tag = 0; tag < recordTags; ++tag) {
         if (line.starts_with(tagPrefixes[tag].record)) {
-            if (current_[tag]) {
-                current_[tag]->acceptRecord(offset, line);
-            }
+            handleRecord(tag, offset, line);
             return nullptr;
         }
     }
@@ -97,17 +96,31 @@ std::shared_ptr<DataFragment> DataFileParser::handleLine(std::uint64_t offset, s
     return nullptr;
 }
 
+void DataFileParser::handleRecord(std::size_t tag, std::uint64_t offset, std::string_view line) {
+    if (!current_[tag]) {
+        return;
+    }
+    if (isOfEarlierMember_[tag]) {
+        isOfEarlierMember_[tag] = false;
+        current_[tag]->continueIn(header_.subFileName);
+    }
+    current_[tag]->acceptRecord(offset, line);
+}
+
 std::shared_ptr<DataFragment>
 DataFileParser::startFragment(std::size_t tag, std::vector<std::string> columnNames, std::uint64_t position) {
     foundHeader_ = true;
     auto fragment = std::make_shared<DataFragment>(header_, std::string(tagPrefixes[tag].tag),
                                                    std::move(columnNames), diagnosticNames_);
     fragment->setBlockBegin(position);
-    const auto &previous = current_[tag];
-    if (previous && previous->header().subFileName == header_.subFileName) {
-        previous->setBlockEnd(position);
+    if (const auto &previous = current_[tag]) {
+        if (!isOfEarlierMember_[tag]) {
+            previous->setBlockEnd(position);
+        }
+        previous->finishLoading();
     }
     current_[tag] = fragment;
+    isOfEarlierMember_[tag] = false;
     return fragment;
 }
 

@@ -41,6 +41,7 @@ private:
 
     std::shared_ptr<DataFragment> handleLine(std::uint64_t offset, std::string_view line,
                                              std::uint64_t shortfall);
+    void handleRecord(std::size_t tag, std::uint64_t offset, std::string_view line);
     std::shared_ptr<DataFragment> startFragment(std::size_t tag, std::vector<std::string> columnNames,
                                                 std::uint64_t position);
     void takeDiagnosticNames(std::vector<std::string> names);
@@ -49,6 +50,8 @@ private:
     SourceHeader header_;
     DiagnosticNames diagnosticNames_ = std::make_shared<const std::vector<std::string>>();
     std::array<std::shared_ptr<DataFragment>, recordTags> current_; // DATA, DATASTAT, DATABIO
+    // For each of them, whether it has taken no line of the present archive member.
+    std::array<bool, recordTags> isOfEarlierMember_{};
     std::string messageText_;
     bool foundHeader_ = false;
 };

@@ -10,6 +10,7 @@ DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std
     : header_(std::move(header)),
       tag_(std::move(tag)),
       timezone_(header_.timezone),
+      members_{header_.subFileName},
       columnNames_(std::move(columnNames)),
       diagnosticNames_(std::move(diagnosticNames)),
       loading_(std::make_unique<LoadingState>(timezone_)) {}
@@ -136,6 +137,7 @@ void DataFragment::widenExtremes(const Record &record) {
 }
 
 void DataFragment::finishLoading() {
+    timesDependOnOrder_ = timesDependOnOrder();
     loading_.reset();
     halfHourIndex_.releaseSpareMemory();
     for (AveragedSeries &series : series_) {

@@ -60,9 +60,12 @@ public:
     // Reads the record line and, when it is good, takes its record in. `lineOffset` is the line's offset in
     // the source as the line reader reports it.
     void acceptRecord(std::uint64_t lineOffset, std::string_view line);
-    // The block's lines lie at these true offsets of its source, the header line first.
+    // The block's lines lie between these true offsets, the header line first: the begin in its first archive
+    // member, the end in its last.
     void setBlockBegin(std::uint64_t offset) { blockBegin_ = offset; }
     void setBlockEnd(std::uint64_t offset) { blockEnd_ = offset; }
+    // The block runs on into the archive member `subFileName`.
+    void continueIn(const std::string &subFileName) { members_.push_back(subFileName); }
     // Gives back the memory that only loading needs; records that still come are dropped.
     void finishLoading();
 
@@ -92,6 +95,12 @@ public:
     // without records.
     std::uint64_t firstOffset() const { return firstOffset_; }
     std::uint64_t endOffset() const { return endOffset_; }
+    // The archive members that the block's lines lie in, the header line's first; one, mostly.
+    const std::vector<std::string> &members() const { return members_; }
+    // True when a record's time depends on the records before it: see RecordClock::hasSearchedZone.
+    bool timesDependOnOrder() const {
+        return loading_ ? loading_->clock.hasSearchedZone() : timesDependOnOrder_;
+    }
     std::uint64_t blockBegin() const { return blockBegin_; }
     std::uint64_t blockEnd() const { return blockEnd_; }
     // Times of the first and the last record in file order, and the latest of all; UTC seconds, 0 without
@@ -126,6 +135,8 @@ private:
     SourceHeader header_;
     std::string tag_;
     Timezone timezone_;
+    std::vector<std::string> members_;
+    bool timesDependOnOrder_ = false;
     mutable std::atomic<std::uint32_t> checksumFailures_ = 0;
     std::uint64_t firstOffset_ = 0;
     std::uint64_t endOffset_ = 0;

@@ -32,8 +32,8 @@ bool readTriple(TextCursor &cursor, First &first, std::uint8_t &second, std::uin
     return readInto(cursor, third);
 }
 
-// Nanoseconds of a fraction of a second. Written files hold fractions that went through single precision, and
-// what does not fit goes to its low 32 bits; both are kept so that times read the same as ever.
+// Nanoseconds of a fraction of a second that was read in single precision; of what does not fit, the low 32
+// bits. Both are kept so that times read the same as ever.
 std::uint32_t nanosecondsOf(float fraction) {
     const double nanoseconds = static_cast<double>(fraction) * 1e9;
     constexpr double limit = 9223372036854775808.0; // 2^63
@@ -106,15 +106,25 @@ bool readValue(TextCursor &cursor, double &value) {
     return true;
 }
 
-std::uint8_t byteSum(const char *at, const char *end) {
-    std::uint32_t sum = 0;
-    for (; at < end; ++at) {
-        sum += static_cast<unsigned char>(*at);
-    }
-    return static_cast<std::uint8_t>(sum);
-}
+// Sum of a line's bytes up to a place that only moves on, so that many checksum columns cost no more than
+// one.
+class RunningSum {
+public:
+    RunningSum(std::uint8_t seed, const char *begin) : at_(begin), sum_(seed) {}
 
-FieldResult checkSum(TextCursor &cursor, std::uint8_t seed, const char *fields) {
+    std::uint8_t upTo(const char *end) {
+        for (; at_ < end; ++at_) {
+            sum_ += static_cast<unsigned char>(*at_);
+        }
+        return static_cast<std::uint8_t>(sum_);
+    }
+
+private:
+    const char *at_;
+    std::uint32_t sum_;
+};
+
+FieldResult checkSum(TextCursor &cursor, RunningSum &running, const char *fields) {
     if (cursor.at != cursor.end && *cursor.at == '\t') {
         ++cursor.at;
     }
@@ -127,7 +137,7 @@ FieldResult checkSum(TextCursor &cursor, std::uint8_t seed, const char *fields) 
     if (!readInto(cursor, expected)) {
         return FieldResult::bad;
     }
-    const auto sum = static_cast<std::uint8_t>(seed + byteSum(fields, digits.at));
+    const auto sum = running.upTo(digits.at);
     if (sum == expected) {
         return FieldResult::good;
     }
@@ -150,6 +160,7 @@ FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t che
                        std::string_view fields, Record &record) {
     static_cast<RecordStamp &>(record) = RecordStamp();
     TextCursor cursor{fields.data(), fields.data() + fields.size()};
+    RunningSum running(checksumSeed, fields.data());
     for (const FieldReader &reader : readers) {
         bool good = true;
         switch (reader.kind) {
@@ -172,7 +183,7 @@ FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t che
             good = readDiagnosticWord(cursor, reader, record);
             break;
         case FieldReader::Kind::checksum: {
-            const FieldResult result = checkSum(cursor, checksumSeed, fields.data());
+            const FieldResult result = checkSum(cursor, running, fields.data());
             if (result != FieldResult::good) {
                 return result;
             }

@@ -19,11 +19,6 @@ void FragmentList::append(std::shared_ptr<const DataFragment> fragment) {
     put(unsorted, std::move(fragment));
 }
 
-void FragmentList::insertSorted(std::shared_ptr<const DataFragment> fragment) {
-    const double time = fragment->firstTime();
-    put(time, std::move(fragment));
-}
-
 void FragmentList::sort() {
     while (!fragments_.empty() && fragments_.begin()->first.first == unsorted) {
         auto node = fragments_.extract(fragments_.begin());

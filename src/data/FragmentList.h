@@ -15,7 +15,8 @@
 // The fragments of a data set: in the order they were appended until they are sorted, then by the time of
 // their first record, equal ones in the order they came.
 //
-// Inserting a fragment, and removing one file's fragments, cost the same however many files are loaded.
+// Inserting a fragment, and removing one file's fragments, cost hardly more for many loaded files than for
+// few.
 class FragmentList {
     // Unsorted fragments have the key -infinity; the second part keeps the order of arrival.
     using Position = std::pair<double, std::uint64_t>;
@@ -50,8 +51,6 @@ public:
     };
 
     void append(std::shared_ptr<const DataFragment> fragment);
-    // Puts the fragment behind those that do not start after it.
-    void insertSorted(std::shared_ptr<const DataFragment> fragment);
     // Sorts what was appended, stably, by the time of the first record.
     void sort();
     // Removes the fragments of `fileName` and returns them.

@@ -46,6 +46,7 @@ void RecordClock::complete(RecordStamp &stamp) {
 }
 
 void RecordClock::secondsFromLocalTime(RecordStamp &stamp) {
+    hasSearchedZone_ = hasSearchedZone_ || !zone_.isUnknown();
     if (!sharesSeconds_ || !isSameLocalTime(stamp, last_)) {
         std::tm calendar = toCalendar(stamp);
         TimezoneInfo info;

@@ -18,6 +18,10 @@ public:
     // Completes the stamp of a record whose fields have been read.
     void complete(RecordStamp &stamp);
 
+    // True once a local time has been turned into UTC in a named zone. In a repeated hour the result depends
+    // on the records before, so only reading from the block's first record gives the same times again.
+    bool hasSearchedZone() const { return hasSearchedZone_; }
+
 private:
     void secondsFromLocalTime(RecordStamp &stamp);
     void localTimeFromSeconds(RecordStamp &stamp);
@@ -26,4 +30,5 @@ private:
     RecordStamp last_; // of the last conversion, its UTC seconds and its local time
     bool sharesLocalTime_ = false;
     bool sharesSeconds_ = false;
+    bool hasSearchedZone_ = false;
 };

@@ -57,13 +57,22 @@ DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double st
 }
 
 bool DataFragment::_ContextType::open(double start) {
+    // The index speaks of one member only.
+    if (fragment_.members().size() > 1) {
+        return openMember(0, fragment_.blockBegin());
+    }
+    return openMember(0, startOffsetFor(fragment_, fragment_.timesDependOnOrder() ? wholeRangeStart : start));
+}
+
+bool DataFragment::_ContextType::openMember(std::size_t index, std::uint64_t offset) {
+    member_ = index;
     const SourceHeader &header = fragment_.header();
-    const auto offset = static_cast<qint64>(startOffsetFor(fragment_, start));
     // An offset that falls short may lie within a line, whose rest must not pass for a whole one. Reading one
     // byte earlier and passing over the first line end loses nothing when the offset is true.
     const bool isBehindLine = offset > 0;
-    if (lines_.open(QString::fromStdString(header.fileName), QString::fromStdString(header.subFileName),
-                    isBehindLine ? offset - 1 : offset)) {
+    if (lines_.open(QString::fromStdString(header.fileName),
+                    QString::fromStdString(fragment_.members()[index]),
+                    static_cast<qint64>(isBehindLine ? offset - 1 : offset))) {
         return !isBehindLine || lines_.nextLine();
     }
     std::cerr << header.fileName + ": " + lines_.problem().toStdString() + '\n' << std::flush;
@@ -77,19 +86,29 @@ void DataFragment::_ContextType::advance() {
 }
 
 bool DataFragment::_ContextType::readNext() {
-    while (lines_.nextLine()) {
-        // Offsets in the index fall short, so the first lines may be another block's.
-        const std::uint64_t position = lines_.lineOffset() + lines_.shortfall();
-        if (position >= fragment_.blockEnd()) {
-            return false;
+    do {
+        while (lines_.nextLine()) {
+            if (isBehindBlock()) {
+                return false;
+            }
+            if (isOwnLine() && fragment_.readRecord(lines_.line(), clock_, record_)) {
+                return true;
+            }
         }
-        const std::string_view line = lines_.line();
-        if (position >= fragment_.blockBegin() && line.starts_with(prefix_) &&
-            fragment_.readRecord(line, clock_, record_)) {
-            return true;
-        }
-    }
+    } while (member_ + 1 < fragment_.members().size() && openMember(member_ + 1, 0));
     return false;
+}
+
+// Offsets in the index fall short, so the first lines may be another block's.
+bool DataFragment::_ContextType::isOwnLine() const {
+    const bool isBeforeBlock =
+        member_ == 0 && lines_.lineOffset() + lines_.shortfall() < fragment_.blockBegin();
+    return !isBeforeBlock && lines_.line().starts_with(prefix_);
+}
+
+bool DataFragment::_ContextType::isBehindBlock() const {
+    return member_ + 1 == fragment_.members().size() &&
+           lines_.lineOffset() + lines_.shortfall() >= fragment_.blockEnd();
 }
 
 void DataFragment::_ContextType::exhaust() {

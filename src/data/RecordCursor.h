@@ -32,7 +32,10 @@ public:
 
 private:
     bool open(double start);
+    bool openMember(std::size_t index, std::uint64_t offset);
     bool readNext();
+    bool isOwnLine() const;
+    bool isBehindBlock() const;
     void exhaust();
 
     const DataFragment &fragment_;
@@ -40,6 +43,7 @@ private:
     std::string prefix_; // the tag and its tab
     RecordClock clock_;
     ChunkLineReader lines_;
+    std::size_t member_ = 0; // index of the open archive member
     Record record_;
 };
 

@@ -63,8 +63,8 @@ SeriesQuery::SeriesQuery(const FragmentList &fragments, std::string_view key, do
 }
 
 // The markers give way to the data's own bounds, so that the whole range gets the level that suits its
-// length. The end is the latest time, which is not the last record's where a clock stepped back: nothing is
-// to be lost.
+// length. The end is the last fragment's latest time, which is not its last record's where a clock stepped
+// back.
 void SeriesQuery::resolveWholeRange(const FragmentList &fragments, std::string_view instrument,
                                     std::string_view tag) {
     if (fragments.empty()) {

@@ -2,12 +2,16 @@
 
 namespace {
 
-// Equal for fragments with the same variable keys in the same order. Names come from lines, which hold no
-// line feeds, so nothing but the separator is one.
+// Equal only for fragments with the same variable keys in the same order: each text has its length before it.
 std::string layoutOf(const DataFragment &fragment) {
-    std::string layout = fragment.header().instrument + '\n' + fragment.tag();
+    std::string layout;
+    const auto add = [&layout](const std::string &text) {
+        layout.append(std::to_string(text.size())).append(1, ':').append(text);
+    };
+    add(fragment.header().instrument);
+    add(fragment.tag());
     for (const std::string &name : fragment.valueNames()) {
-        layout.append(1, '\n').append(name);
+        add(name);
     }
     return layout;
 }

@@ -4,6 +4,8 @@
 #include "loading/lines/ChunkLineReader.h"
 
 #include <QFileInfo>
+#include <QSet>
+#include <quazip.h>
 
 #include <algorithm>
 #include <exception>
@@ -46,12 +48,7 @@ public:
         if (cancelled_) {
             return report_;
         }
-        for (const ArchiveMember &member : list.members) {
-            readMember(member);
-            if (cancelled_) {
-                break;
-            }
-        }
+        readMembers(list);
         source_.finishLoading();
         progress_(100, fileSize_);
         judge(list);
@@ -60,14 +57,37 @@ public:
 
 private:
     void note(const QString &problem) {
-        if (report_.problem.isEmpty()) {
-            report_.problem = problem;
+        // One line for people, however many members are damaged.
+        constexpr int longestProblem = 1000;
+        if (problem.isEmpty() || report_.problem.size() > longestProblem) {
+            return;
+        }
+        report_.problem += (report_.problem.isEmpty() ? QString() : QStringLiteral("; ")) + problem;
+    }
+
+    void readMembers(const MemberList &list) {
+        QuaZip archive(fileName_);
+        const bool isArchive = isArchiveName(fileName_);
+        if (isArchive && !list.members.empty()) {
+            archive.open(QuaZip::mdUnzip);
+        }
+        QSet<QString> names;
+        for (auto member = list.members.begin(); member != list.members.end() && !cancelled_; ++member) {
+            // A member is found by its name: of several that share one, or without one, the others cannot be
+            // read.
+            if (isArchive && (member->name.isEmpty() || names.contains(member->name))) {
+                note(QStringLiteral("The archive holds \"%1\" more than once: only the first is read")
+                         .arg(member->name));
+                continue;
+            }
+            names.insert(member->name);
+            ChunkLineReader reader;
+            readMember(*member, reader,
+                       isArchive ? reader.openMember(archive, member->name) : reader.open(fileName_, {}));
         }
     }
 
-    void readMember(const ArchiveMember &member) {
-        ChunkLineReader reader;
-        const bool isOpen = reader.open(fileName_, member.name);
+    void readMember(const ArchiveMember &member, ChunkLineReader &reader, bool isOpen) {
         source_.setSubFileName(member.name.toStdString());
         if (isOpen) {
             readLines(reader);
@@ -78,11 +98,10 @@ private:
     }
 
     void readLines(ChunkLineReader &reader) {
-        int lines = 0;
         while (!cancelled_ && reader.nextLine()) {
             handleLine(reader);
-            if (++lines == linesBetweenReports) {
-                lines = 0;
+            if (++linesSinceReport_ == linesBetweenReports) {
+                linesSinceReport_ = 0;
                 reportProgress(static_cast<qint64>(reader.lineOffset()));
             }
         }
@@ -131,6 +150,7 @@ private:
     qint64 fileSize_;
     qint64 total_ = 0;     // bytes of all members, uncompressed
     qint64 bytesRead_ = 0; // of the members before the present one
+    int linesSinceReport_ = 0;
     int lastPercent_ = 0;
     LoadReport report_;
 };
@@ -157,4 +177,18 @@ QString whyNotLoadable(const QString &fileName) {
 LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
                     const LoadProgress &progress) {
     return Loading(fileName, source, cancelled, progress).run();
+}
+
+std::vector<QString> messagesOf(const DataSet &source, const LoadReport &report) {
+    std::vector<QString> messages;
+    if (const std::uint32_t failures = source.checksumFailures(); failures != 0) {
+        messages.push_back(QStringLiteral("Checksum errors: %1").arg(failures));
+    }
+    for (const QString &text :
+         {QString::fromStdString(source.messageText()), report.problem, report.remark}) {
+        if (!text.isEmpty()) {
+            messages.push_back(text);
+        }
+    }
+    return messages;
 }

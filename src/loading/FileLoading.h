@@ -6,10 +6,12 @@
 
 #include <atomic>
 #include <functional>
+#include <vector>
 
 // What loading one file came to, for people.
 struct LoadReport {
-    // Set when the file, or a part of it, could not be read as a data file.
+    // Set when the file, or a part of it, could not be read as a data file; several problems are joined by ";
+    // ".
     QString problem;
     // Set when the file was read but holds no record.
     QString remark;
@@ -22,6 +24,10 @@ using LoadProgress = std::function<void(int percent, qint64 fileSize)>;
 // after `cancelled` is set. Never throws for anything that the file holds. Runs on any thread.
 LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
                     const LoadProgress &progress);
+
+// What there is to say about a loaded file, in the order in which it is shown: wrong checksums, lines that
+// could not be handled, then the report.
+std::vector<QString> messagesOf(const DataSet &source, const LoadReport &report);
 
 // Why `fileName` cannot be loaded: missing, not a regular file, not readable. Empty when it can.
 QString whyNotLoadable(const QString &fileName);

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <exception>
 
 QDataSet::QDataSet(QObject *parent) : QObject(parent) {}
 
@@ -56,7 +57,26 @@ void QDataSet::StartNext() {
         connect(thread, SIGNAL(ThreadFinished(QDataSetThread *)), this,
                 SLOT(OnThreadFinished(QDataSetThread *)));
         thread->start();
+        if (!thread->isRunning() && !thread->isFinished()) {
+            giveUp(thread);
+            if (!threads_.empty()) {
+                return;
+            }
+        }
     }
+}
+
+// The system gave no thread. The file waits for the end of another one's worker, when there is one.
+void QDataSet::giveUp(QDataSetThread *thread) {
+    const QString fileName = thread->fileName();
+    threads_.removeOne(thread);
+    delete thread;
+    if (!threads_.empty()) {
+        pending_.push_front(fileName);
+        return;
+    }
+    Q_EMIT Message(fileName, QStringLiteral("Loading failed: no thread could be started"));
+    Q_EMIT Progress(fileName, 100, QFileInfo(fileName).size());
 }
 
 void QDataSet::OnThreadFinished(QDataSetThread *thread) {
@@ -94,19 +114,16 @@ void QDataSet::LoadFile(const QString &fileName, DataSet &source, const std::ato
     const auto progress = [this, &fileName](int percent, qint64 fileSize) {
         Q_EMIT Progress(fileName, percent, fileSize);
     };
-    const LoadReport report = loadFile(fileName, source, cancelled, progress);
-    const std::uint32_t failures = source.checksumFailures();
-    if (failures != 0) {
-        Q_EMIT Message(fileName, QStringLiteral("Checksum errors: %1").arg(failures));
+    LoadReport report;
+    try {
+        report = loadFile(fileName, source, cancelled, progress);
+    } catch (const std::exception &error) {
+        // Out of memory, most likely: the program goes on with what it has.
+        report.problem = QStringLiteral("Loading failed: ") + QString::fromUtf8(error.what());
+        Q_EMIT Progress(fileName, 100, QFileInfo(fileName).size());
     }
-    const std::string errors = source.messageText();
-    if (!errors.empty()) {
-        Q_EMIT Message(fileName, QString::fromStdString(errors));
-    }
-    for (const QString &line : {report.problem, report.remark}) {
-        if (!line.isEmpty()) {
-            Q_EMIT Message(fileName, line);
-        }
+    for (const QString &text : messagesOf(source, report)) {
+        Q_EMIT Message(fileName, text);
     }
 }
 

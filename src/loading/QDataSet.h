@@ -9,7 +9,6 @@
 
 #include <atomic>
 #include <deque>
-#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -78,6 +77,7 @@ public Q_SLOTS:
 
 private:
     void StartNext();
+    void giveUp(QDataSetThread *thread);
     bool isBeingLoaded(const QString &fileName) const;
 
     DataSet dataSet_;

@@ -115,7 +115,8 @@ Timezone Timezone::fresh() const {
 
 // Walks forward from the transition of the last lookup, or from the first one when time went back. The walk
 // ends at the last transition when none fits, so a time before the first transition gets the last one's type:
-// kept, as with the unsorted list this is what pre-1970-only zones such as Asia/Kolkata rest on.
+// kept, for zones whose transitions all lie before 1970, such as Asia/Kolkata, get their present time that
+// way.
 const TimezoneType &Timezone::findType(std::int64_t utcSeconds) {
     const std::vector<std::int64_t> &transitions = rules_.transitions;
     const std::size_t count = transitions.size();

@@ -14,6 +14,7 @@ FileWidget::FileWidget(QWidget *parent, QDataSet *dataSet) : QTabWidget(parent),
     messages_->setReadOnly(true);
     messages_->setUndoRedoEnabled(false);
     messages_->setAccessibleName(tr("Messages"));
+    keepNewestMessageInView();
 
     addTab(progress, tr("Progress"));
     addTab(new SummaryWidget(nullptr, dataSet), tr("Variables"));
@@ -34,16 +35,22 @@ void FileWidget::OnDataSetMessage(const QString &fileName, const QString &text) 
 
 // Not QTextEdit::append, which would take a message that quotes "<b>" out of a file for rich text.
 void FileWidget::appendMessage(const QString &text) {
-    QScrollBar *bar = messages_->verticalScrollBar();
-    // Someone who has scrolled up is reading.
-    const bool atEnd = bar->value() == bar->maximum();
     QTextCursor end(messages_->document());
     end.movePosition(QTextCursor::End);
     if (!messages_->document()->isEmpty()) {
         end.insertBlock();
     }
     end.insertText(text);
-    if (atEnd) {
-        bar->setValue(bar->maximum());
-    }
+}
+
+// By the range, as it changes also when the tab is first shown or the window resized.
+void FileWidget::keepNewestMessageInView() {
+    QScrollBar *bar = messages_->verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this,
+            [this, bar](int value) { isReadingEarlierMessages_ = value < bar->maximum(); });
+    connect(bar, &QScrollBar::rangeChanged, this, [this, bar](int, int maximum) {
+        if (!isReadingEarlierMessages_) {
+            bar->setValue(maximum);
+        }
+    });
 }

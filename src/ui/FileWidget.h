@@ -20,6 +20,8 @@ public Q_SLOTS:
 
 private:
     void appendMessage(const QString &text);
+    void keepNewestMessageInView();
 
     QTextEdit *messages_;
+    bool isReadingEarlierMessages_ = false; // scrolled up: new messages must not move the text away
 };

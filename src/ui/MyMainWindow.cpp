@@ -47,5 +47,7 @@ void MyMainWindow::readSettings() {
 void MyMainWindow::writeSettings() const {
     QSettings settings(organisation, application);
     settings.setValue(geometryKey, saveGeometry());
-    settings.setValue(timeColumnsKey, frame_->timeColumns());
+    if (frame_) {
+        settings.setValue(timeColumnsKey, frame_->timeColumns());
+    }
 }

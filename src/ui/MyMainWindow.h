@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QMainWindow>
+#include "ui/MyFrame.h"
 
-class MyFrame;
+#include <QMainWindow>
+#include <QPointer>
 
 // The main window. Keeps its place on the screen and the export's time columns from one run to the next.
 class MyMainWindow : public QMainWindow {
@@ -20,5 +21,5 @@ private:
     void readSettings();
     void writeSettings() const;
 
-    MyFrame *frame_;
+    QPointer<MyFrame> frame_; // deleted when it is closed by itself
 };

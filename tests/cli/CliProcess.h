@@ -15,6 +15,9 @@ struct CliResult {
 // A running fvqa300-cli. It has no standard input and gets killed when it does not end.
 class CliProcess {
 public:
+    // Far more than any run takes, also under a sanitizer.
+    static constexpr int patience = 120'000; // ms
+
     struct Setup {
         std::vector<std::string> environment; // "NAME=value", over those of the test
         std::string outputFile;               // standard output, else a pipe

@@ -92,7 +92,8 @@ TEST(Commands, MessagesPrintsEachFilesMessagesInTheOrderGiven) {
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.out.starts_with(b + ": Checksum errors: 1\n")) << result.out;
     EXPECT_NE(result.out.find('\n' + a + ": ERROR: Unable to open file: "), std::string::npos) << result.out;
-    EXPECT_EQ(result.err, "fvqa300-cli: files with checksum or parse errors: 2\n");
+    EXPECT_EQ(result.err, "fvqa300-cli: " + b + ": Checksum or parse errors\n" + "fvqa300-cli: " + a +
+                              ": Checksum or parse errors\n");
 }
 
 TEST(Commands, MessagesPrintsTheChecksumLineBeforeTheParseErrors) {

@@ -41,7 +41,12 @@ public:
     Terminal() : main_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
         ::grantpt(main_);
         ::unlockpt(main_);
-        program_ = ::open(::ptsname(main_), O_RDWR | O_NOCTTY | O_CLOEXEC);
+        const char *const name = ::ptsname(main_);
+        program_ = name == nullptr ? -1 : ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+        if (program_ < 0) {
+            ::close(main_);
+            throw std::runtime_error("no terminal can be made");
+        }
     }
     ~Terminal() {
         ::close(program_);
@@ -54,7 +59,9 @@ public:
 
     void waitForText() const {
         pollfd stream{main_, POLLIN, 0};
-        ASSERT_EQ(::poll(&stream, 1, -1), 1);
+        if (::poll(&stream, 1, CliProcess::patience) != 1) {
+            throw std::runtime_error("nothing is written to the terminal");
+        }
     }
 
     std::string text() {

@@ -128,9 +128,15 @@ TEST(ColumnLayout, TheChecksumSeedIsTheByteSumOfTheTagAndItsTab) {
 TEST(ColumnLayout, MoreValueColumnsThanAnyAnalyserWritesAreRefused) {
     EXPECT_EQ(layOut(Names(maximumValueColumns, "X")).valueNames.size(), maximumValueColumns);
     EXPECT_THROW(layOut(Names(maximumValueColumns + 1, "X")), std::length_error);
-    EXPECT_EQ(layOut({"DIAG"}, Names(maximumValueColumns - 1, "F")).valueNames.size(), maximumValueColumns);
-    EXPECT_THROW(layOut({"DIAG"}, Names(maximumValueColumns, "F")), std::length_error);
-    EXPECT_THROW(layOut({"DIAG", "DIAG"}, Names(maximumValueColumns - 1, "F")), std::length_error);
+}
+
+TEST(ColumnLayout, MoreNamesOfDiagnosticBitsThanAWordCouldHoldAreRefused) {
+    EXPECT_EQ(layOut({"DIAG"}, Names(maximumDiagnosticNames, "F")).valueNames.size(), maximumDiagnosticNames + 1);
+    EXPECT_THROW(layOut({"DIAG"}, Names(maximumDiagnosticNames + 1, "F")), std::length_error);
+    // Names alone cost nothing: only a diagnostic word makes columns of them.
+    EXPECT_EQ(layOut({"X"}, Names(maximumDiagnosticNames + 1, "F")).valueNames.size(), 1U);
+    const Names words(maximumValueColumns / (maximumDiagnosticNames + 1) + 1, "DIAG");
+    EXPECT_THROW(layOut(words, Names(maximumDiagnosticNames, "F")), std::length_error);
 }
 
 TEST(ColumnLayout, ARefusedHeaderTellsHowManyColumnsItAskedFor) {

@@ -123,20 +123,10 @@ TEST(FragmentList, BehavesAsAPlainListThatIsSortedStably) {
             } else {
                 const std::string name(1, static_cast<char>('a' + random.below(5)));
                 const auto fragment = fragmentOf(name, static_cast<std::uint32_t>(random.below(6)));
-                if (random.oneIn(4)) {
-                    list.sort();
-                    list.insertSorted(fragment);
-                    plain.sort([](const auto &a, const auto &b) { return a->firstTime() < b->firstTime(); });
-                    plain.insert(
-                        std::find_if(plain.begin(), plain.end(),
-                                     [&](const auto &f) { return f->firstTime() > fragment->firstTime(); }),
-                        fragment);
-                } else {
-                    list.append(fragment);
-                    plain.push_back(fragment);
-                    list.sort();
-                    plain.sort([](const auto &a, const auto &b) { return a->firstTime() < b->firstTime(); });
-                }
+                list.append(fragment);
+                plain.push_back(fragment);
+                list.sort();
+                plain.sort([](const auto &a, const auto &b) { return a->firstTime() < b->firstTime(); });
             }
             std::vector<const DataFragment *> expected;
             for (const auto &fragment : plain) {

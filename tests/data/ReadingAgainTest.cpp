@@ -196,3 +196,45 @@ TEST(ReadingAgain, OfARepeatedHourGivesWhatLoadingGaveWithAndWithoutAZone) {
         EXPECT_EQ(expectReadAgainAsLoaded(path), 360U) << zone;
     }
 }
+
+TEST(ReadingAgain, FromTheMiddleOfARepeatedHourGivesTheTimesThatTheWholeRangeGives) {
+    // The times come from the local clock alone, which cannot tell the two passes of the hour apart.
+    const ScratchFolder folder;
+    for (const std::string zone : {"Europe/Berlin", "America/New_York"}) {
+        const std::int64_t change = zone == "Europe/Berlin" ? 1572138000 : 1572760800; // UTC
+        std::string text = "Instrument:\tQ\nTimezone:\t" + zone + "\nDATAH\tDATE\tTIME\tA\n";
+        Timezone clock(zone);
+        for (std::int64_t utc = change - 5400; utc < change + 5400; utc += 10) {
+            std::tm local{};
+            clock.localTime(utc, &local);
+            std::array<char, 64> line{};
+            text.append(line.data(),
+                        std::strftime(line.data(), line.size(), "DATA\t%Y-%m-%d\t%H:%M:%S\t1\n", &local));
+        }
+        const DataSet source = loadSource(folder.write("a.data", text));
+        const auto whole = pointsOf(source, "Q:DATA:A", "", wholeRangeStart, wholeRangeEnd - 1);
+        const DataFragment &fragment = source.fragments().front();
+        for (std::int64_t from = change - 5400; from < change + 5400; from += 590) {
+            const auto start = static_cast<double>(from);
+            const double end = start + 590;
+            // What the block's records give when they are read in order and those before the window passed
+            // over.
+            std::vector<double> expected;
+            bool begun = false;
+            for (DataFragment::_ContextType reader(fragment, wholeRangeStart, wholeRangeEnd);
+                 !reader.isExhausted(); reader.advance()) {
+                const double time = timeOf(reader.record());
+                begun = begun || time >= start;
+                if (begun && time > end) {
+                    break;
+                }
+                if (begun) {
+                    expected.push_back(time);
+                }
+            }
+            EXPECT_EQ(pointsOf(source, "Q:DATA:A", "", start, end).times, expected)
+                << zone << ' ' << from - change;
+        }
+        EXPECT_FALSE(whole.times.empty());
+    }
+}

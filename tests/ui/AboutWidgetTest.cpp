@@ -17,7 +17,7 @@ private Q_SLOTS:
         QCOMPARE(ownSignals(AboutWidget::staticMetaObject), QStringList{"OpenFile()"});
     }
 
-    void theTextIsWhatIsAgreed() {
+    void theTextNamesTheInstrumentsTheVersionAndTheOwner() {
         const AboutWidget about;
         const QString expected =
             QStringLiteral("<html><head><style type=\"text/css\">p{color:darkblue; text-align:center; }"
@@ -130,9 +130,10 @@ private Q_SLOTS:
         QPalette dark(QColor(49, 54, 59));
         dark.setColor(QPalette::WindowText, Qt::white);
         QApplication::setPalette(dark);
-        AboutWidget about;
-        about.resize(300, 200);
-        const QColor corner = about.grab().toImage().pixelColor(1, 1);
+        QMainWindow window;
+        auto *about = new AboutWidget;
+        window.setCentralWidget(about);
+        const QColor corner = window.grab().toImage().pixelColor(about->pos() + QPoint(1, 1));
         QApplication::setPalette(before);
         QVERIFY2(corner.lightness() > 200, qPrintable(corner.name()));
     }

@@ -110,6 +110,26 @@ private Q_SLOTS:
         QCOMPARE(bar->value(), 3);
     }
 
+    void theNewestMessageIsInViewWhenTheTabIsShownLateOrResized() {
+        QDataSet dataSet;
+        FileWidget tabs(nullptr, &dataSet);
+        tabs.resize(300, 200);
+        tabs.show();
+        for (int line = 0; line < 100; ++line) {
+            tabs.OnMessage("a line that is long enough to wrap when the window becomes narrow");
+        }
+        const QScrollBar *bar = messagesOf(tabs)->verticalScrollBar();
+        tabs.setCurrentIndex(2);
+        for (const QSize size : {QSize(300, 200), QSize(200, 120), QSize(600, 300), QSize(200, 200)}) {
+            tabs.resize(size);
+            QTRY_COMPARE(tabs.size(), size);
+            QVERIFY(bar->maximum() > 0);
+            QTRY_COMPARE(bar->value(), bar->maximum());
+            tabs.OnMessage("one more");
+            QCOMPARE(bar->value(), bar->maximum());
+        }
+    }
+
     void loadingShowsInAllThreeTabs() {
         const DataFiles files;
         const QString path = files.write("x.data", "DATAH\tSECONDS\tCH4\tCHK\n"

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <quazip.h>
 #include <quazipfile.h>
 
 #include <algorithm>
@@ -35,13 +36,6 @@ ReadResult readFully(QIODevice &device, char *to, qint64 wanted) {
     return result;
 }
 
-std::unique_ptr<QIODevice> deviceFor(const QString &path, const QString &member) {
-    if (member.isEmpty()) {
-        return std::make_unique<QFile>(path);
-    }
-    return std::make_unique<QuaZipFile>(path, member);
-}
-
 } // namespace
 
 ChunkLineReader::ChunkLineReader() = default;
@@ -55,19 +49,36 @@ bool ChunkLineReader::open(const QString &path, const QString &member, qint64 st
     problem_.clear();
     // Opening a pipe would wait for its writer.
     if (!QFileInfo(path).isFile()) {
-        problem_ = QStringLiteral("The file cannot be found");
+        problem_ = QStringLiteral("The file is gone or no regular file");
         return false;
     }
-    auto device = deviceFor(path, member);
-    // Plain files are read in large pieces straight into the block; the zip device does not work unbuffered.
-    const auto mode = member.isEmpty() ? QIODevice::ReadOnly | QIODevice::Unbuffered : QIODevice::ReadOnly;
-    if (!device->open(mode)) {
-        problem_ = member.isEmpty()
-                       ? QStringLiteral("The file cannot be opened: ") + device->errorString()
-                       : QStringLiteral("The archive member \"%1\" cannot be opened").arg(member);
+    if (!member.isEmpty()) {
+        return openZipped(std::make_unique<QuaZipFile>(path, member), member, startOffset);
+    }
+    auto file = std::make_unique<QFile>(path);
+    // Read in large pieces straight into the block.
+    if (!file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        problem_ = QStringLiteral("The file cannot be opened: ") + file->errorString();
         return false;
     }
-    return openDevice(std::move(device), startOffset);
+    return openDevice(std::move(file), startOffset);
+}
+
+bool ChunkLineReader::openMember(QuaZip &archive, const QString &member) {
+    close();
+    archive.setCurrentFile(member);
+    return openZipped(std::make_unique<QuaZipFile>(&archive), member, 0);
+}
+
+bool ChunkLineReader::openZipped(std::unique_ptr<QuaZipFile> file, const QString &member,
+                                 qint64 startOffset) {
+    if (!file->open(QIODevice::ReadOnly)) {
+        problem_ = QStringLiteral("The archive member \"%1\" cannot be opened").arg(member);
+        return false;
+    }
+    openDevice(std::move(file), startOffset);
+    member_ = member;
+    return true;
 }
 
 bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset) {
@@ -229,11 +240,12 @@ void ChunkLineReader::close() {
     if (device_) {
         device_->close();
         // A wrong check sum of a member shows only here, after all its bytes have come.
-        const auto *const member = qobject_cast<const QuaZipFile *>(device_.get());
-        if (member != nullptr && member->getZipError() != UNZ_OK && problem_.isEmpty()) {
-            problem_ = QStringLiteral("The archive member \"%1\" is damaged").arg(member->getFileName());
+        const auto *const zipped = qobject_cast<const QuaZipFile *>(device_.get());
+        if (zipped != nullptr && zipped->getZipError() != UNZ_OK && problem_.isEmpty()) {
+            problem_ = QStringLiteral("The archive member \"%1\" is damaged").arg(member_);
         }
         device_.reset();
+        member_.clear();
     }
     memory_.reset();
     buffer_ = nullptr;

@@ -8,6 +8,9 @@
 #include <memory>
 #include <string_view>
 
+class QuaZip;
+class QuaZipFile;
+
 // Reads the lines of a plain file or of one archive member, in pieces of 8 MiB into one block.
 //
 // A line is a view into the block, without its "\n" or "\r\n", and holds until the next call. The last line
@@ -26,6 +29,9 @@ public:
     // Opens the plain file `path`, or its archive member `member` when that is not empty, at byte
     // `startOffset` of the uncompressed bytes. False when it cannot be opened: problem() then says why.
     bool open(const QString &path, const QString &member, qint64 startOffset = 0);
+    // Opens a member, from its start, of an archive that is open itself and outlives the reading. Members
+    // read one after the other this way do not each search the archive's directory from its begin.
+    bool openMember(QuaZip &archive, const QString &member);
     // The same over any device that is open for reading.
     bool openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset = 0);
 
@@ -57,6 +63,7 @@ private:
         void operator()(char *block) const { std::free(block); }
     };
 
+    bool openZipped(std::unique_ptr<QuaZipFile> file, const QString &member, qint64 startOffset);
     bool skipToStart(qint64 startOffset);
     bool findLine();
     bool fill(qint64 fileOffset);
@@ -65,6 +72,7 @@ private:
     void noteLongLine();
 
     std::unique_ptr<QIODevice> device_;
+    QString member_; // empty for a plain file
     std::unique_ptr<char, Free> memory_;
     char *buffer_ = nullptr; // 9 MiB: 1 MiB of room for a carried-over line, then the bytes read
     qint64 size_ = 0;

@@ -30,14 +30,14 @@ public:
     // Called at each signal, after it was written down.
     std::function<void(const QString &event)> onEvent;
 
+private:
+    void record(const char *signal, const QString &fileName, const QString &rest = QString());
+
+    QStringList events_;
+
 public Q_SLOTS:
     void OnProgress(const QString &fileName, int percent, qint64 size);
     void OnMessage(const QString &fileName, const QString &text);
     void OnFileLoaded(const QString &fileName);
     void OnFileRemoved(const QString &fileName);
-
-private:
-    void record(const char *signal, const QString &fileName, const QString &rest = QString());
-
-    QStringList events_;
 };

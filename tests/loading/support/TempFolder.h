@@ -25,7 +25,7 @@ public:
 
     // Makes a named pipe that nobody writes to: who opens it waits for ever.
     QString makePipe(const QString &name) const {
-        const QString at = path(name);
+        QString at = path(name);
         if (::mkfifo(QFile::encodeName(at).constData(), 0600) != 0) {
             throw std::runtime_error("a named pipe cannot be made");
         }
