@@ -1,5 +1,6 @@
 #include "data/DataFragment.h"
 
+#include "FragmentBlock.h"
 #include "ReferenceFragment.h"
 #include "support/RandomNumbers.h"
 #include "support/RecordComparison.h"
@@ -21,35 +22,6 @@ namespace {
 using Names = std::vector<std::string>;
 using Entries = std::vector<HalfHourIndex::Entry>;
 
-SourceHeader headerWith(const std::string &zone) {
-    return {"file.data", "", "QA330", "SN-1", "1.0", zone};
-}
-
-// A fragment whose lines follow each other in its source.
-class Block {
-public:
-    explicit Block(Names columns, Names flags = {}, const std::string &tag = "DATA",
-                   const std::string &zone = "UTC")
-        : fragment_(headerWith(zone), tag, std::move(columns), std::move(flags)), prefix_(tag + '\t') {}
-
-    // The offset of the line.
-    std::uint64_t take(const std::string &fields) {
-        const std::uint64_t offset = nextOffset_;
-        const std::string line = prefix_ + fields;
-        fragment_.acceptRecord(offset, line);
-        nextOffset_ += line.size() + 1;
-        return offset;
-    }
-
-    DataFragment &operator*() { return fragment_; }
-    DataFragment *operator->() { return &fragment_; }
-
-private:
-    DataFragment fragment_;
-    std::string prefix_;
-    std::uint64_t nextOffset_ = 100;
-};
-
 std::vector<std::uint32_t> endsOf(const AveragedSeries &series) {
     std::vector<std::uint32_t> ends;
     for (const RecordStamp &stamp : series.stamps()) {
@@ -68,7 +40,7 @@ constexpr std::array<std::size_t, 4> noPeriods{};
 } // namespace
 
 TEST(DataFragment, BeforeItsFirstRecordEverythingIsEmpty) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     EXPECT_EQ(block->recordCount(), 0U);
     EXPECT_EQ(block->firstTime(), 0);
     EXPECT_EQ(block->lastTime(), 0);
@@ -83,7 +55,7 @@ TEST(DataFragment, BeforeItsFirstRecordEverythingIsEmpty) {
 }
 
 TEST(DataFragment, RecordsWithinOneMinuteGiveNoPeriodAtAnyLevel) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     for (int second = 61; second <= 119; ++second) {
         block.take(std::to_string(second) + "\t1");
     }
@@ -92,7 +64,7 @@ TEST(DataFragment, RecordsWithinOneMinuteGiveNoPeriodAtAnyLevel) {
 }
 
 TEST(DataFragment, ARecordExactlyOnAPeriodsEndStillBelongsToIt) {
-    Block block({"SECONDS", "NANOSECONDS", "A"});
+    FragmentBlock block({"SECONDS", "NANOSECONDS", "A"});
     block.take("10\t0\t1");
     EXPECT_EQ(sizesOf(*block), noPeriods);
     block.take("60\t0\t3");
@@ -104,14 +76,14 @@ TEST(DataFragment, ARecordExactlyOnAPeriodsEndStillBelongsToIt) {
 }
 
 TEST(DataFragment, OneNanosecondAfterAPeriodsEndClosesIt) {
-    Block block({"SECONDS", "NANOSECONDS", "A"});
+    FragmentBlock block({"SECONDS", "NANOSECONDS", "A"});
     block.take("10\t0\t1");
     block.take("60\t1\t3");
     EXPECT_EQ(block->series(0).size(), 1U);
 }
 
 TEST(DataFragment, AGapOfThreeHoursAddsOneIndexEntryKeyedByTheBoundaryPendingBeforeIt) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     const std::uint64_t first = block.take("3700\t1");
     block.take("3800\t1");
     const std::uint64_t behindTheGap = block.take("14700\t1");
@@ -120,7 +92,7 @@ TEST(DataFragment, AGapOfThreeHoursAddsOneIndexEntryKeyedByTheBoundaryPendingBef
 }
 
 TEST(DataFragment, AHeaderWithoutValueColumnsStillCountsRecordsAndKeepsTheirTimes) {
-    Block block({"SECONDS", "NANOSECONDS", "REMARK"});
+    FragmentBlock block({"SECONDS", "NANOSECONDS", "REMARK"});
     const std::uint64_t first = block.take("100\t500000000\tx");
     block.take("9000\t250000000\ty");
     EXPECT_EQ(block->valueCount(), 0U);
@@ -133,7 +105,7 @@ TEST(DataFragment, AHeaderWithoutValueColumnsStillCountsRecordsAndKeepsTheirTime
 }
 
 TEST(DataFragment, APeriodsEndIsItsStampHoweverFarTheNextRecordIs) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     for (const char *const fields : {"70\t1", "100000\t2", "100100\t3", "300000\t4"}) {
         block.take(fields);
     }
@@ -145,7 +117,7 @@ TEST(DataFragment, APeriodsEndIsItsStampHoweverFarTheNextRecordIs) {
 }
 
 TEST(DataFragment, UpperPeriodsAverageAllRecordsOfTheirLowerOnes) {
-    Block block({"SECONDS", "DIAG", "A"}, {"F", "G"});
+    FragmentBlock block({"SECONDS", "DIAG", "A"}, {"F", "G"});
     for (const char *const fields : {"10\t1\t1", "20\t0\t2", "30\t0\t3", "130\t2\t10", "301\t0\t0"}) {
         block.take(fields);
     }
@@ -158,7 +130,7 @@ TEST(DataFragment, UpperPeriodsAverageAllRecordsOfTheirLowerOnes) {
 }
 
 TEST(DataFragment, AnOpenPeriodIsNotGivenWhenTheSourceEnds) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     block.take("10\t1");
     block.take("70\t2");
     block->finishLoading();
@@ -167,7 +139,7 @@ TEST(DataFragment, AnOpenPeriodIsNotGivenWhenTheSourceEnds) {
 }
 
 TEST(DataFragment, TheFirstTimeIsTakenAgainWhileItIsZero) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     block.take("0\t1");
     EXPECT_EQ(block->firstTime(), 0);
     block.take("500\t1");
@@ -177,7 +149,7 @@ TEST(DataFragment, TheFirstTimeIsTakenAgainWhileItIsZero) {
 }
 
 TEST(DataFragment, TheLastTimeIsThatOfTheLastRecordAndTheLatestTimeThatOfAll) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     for (const char *const fields : {"500\t1", "900\t1", "700\t1"}) {
         block.take(fields);
     }
@@ -187,7 +159,7 @@ TEST(DataFragment, TheLastTimeIsThatOfTheLastRecordAndTheLatestTimeThatOfAll) {
 }
 
 TEST(DataFragment, TheEndOffsetLiesBehindTheLastGoodLineWithoutItsLineEnd) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     block.take("500\tbad");
     const std::uint64_t first = block.take("500\t1");
     const std::uint64_t last = block.take("501\t22");
@@ -198,7 +170,7 @@ TEST(DataFragment, TheEndOffsetLiesBehindTheLastGoodLineWithoutItsLineEnd) {
 }
 
 TEST(DataFragment, TheWholeBlocksRecordsHoldTheExtremeTimesValuesAndWords) {
-    Block block({"SECONDS", "NANOSECONDS", "DIAG", "A"}, {}, "DATA", "Europe/Berlin");
+    FragmentBlock block({"SECONDS", "NANOSECONDS", "DIAG", "A"}, {}, "DATA", "Europe/Berlin");
     for (const char *const fields :
          {"1559347200\t5\t6\t1", "1559347200\t4\t5\t-3", "1559347201\t0\t9\t2", "1559347201\t0\t2\tnan"}) {
         block.take(fields);
@@ -219,7 +191,7 @@ TEST(DataFragment, TheWholeBlocksRecordsHoldTheExtremeTimesValuesAndWords) {
 }
 
 TEST(DataFragment, TheFirstOfRecordsAtOneTimeGivesTheWholeBlocksLocalTime) {
-    Block block({"SECONDS", "TIME", "A"});
+    FragmentBlock block({"SECONDS", "TIME", "A"});
     for (const char *const fields :
          {"100\t1:00:00\t1", "100\t2:00:00\t1", "200\t3:00:00\t1", "200\t4:00:00\t1"}) {
         block.take(fields);
@@ -229,7 +201,7 @@ TEST(DataFragment, TheFirstOfRecordsAtOneTimeGivesTheWholeBlocksLocalTime) {
 }
 
 TEST(DataFragment, BadChecksumsAreCountedAndOtherBadRecordsAreNot) {
-    Block block({"A", "CHK"});
+    FragmentBlock block({"A", "CHK"});
     block.take("1\t0");
     block.take("1\t0");
     block.take("x\t0");
@@ -239,7 +211,7 @@ TEST(DataFragment, BadChecksumsAreCountedAndOtherBadRecordsAreNot) {
 }
 
 TEST(DataFragment, ColumnsAreSetUpAtTheFirstRecordLineAndNotBefore) {
-    Block block({"DIAG"}, {"A"});
+    FragmentBlock block({"DIAG"}, {"A"});
     EXPECT_FALSE(block->columnsAreSetUp());
     block.take("bad");
     EXPECT_TRUE(block->columnsAreSetUp());
@@ -249,7 +221,7 @@ TEST(DataFragment, ColumnsAreSetUpAtTheFirstRecordLineAndNotBefore) {
 }
 
 TEST(DataFragment, ItsVariableKeysNameInstrumentTagAndColumn) {
-    Block block({"SECONDS", "A", "DIAG", "A"}, {"F"}, "DATASTAT");
+    FragmentBlock block({"SECONDS", "A", "DIAG", "A"}, {"F"}, "DATASTAT");
     block.take("1\t2\t3\t4");
     std::set<std::string> keys{"other"};
     block->addVariableKeys(keys);
@@ -258,7 +230,7 @@ TEST(DataFragment, ItsVariableKeysNameInstrumentTagAndColumn) {
 }
 
 TEST(DataFragment, TheFirstOfColumnsOfOneNameIsFound) {
-    Block block({"B", "A", "B", "A"});
+    FragmentBlock block({"B", "A", "B", "A"});
     block.take("1\t2\t3\t4");
     EXPECT_EQ(block->valueIndex("A"), 1);
     EXPECT_EQ(block->valueIndex("B"), 0);
@@ -267,11 +239,11 @@ TEST(DataFragment, TheFirstOfColumnsOfOneNameIsFound) {
 }
 
 TEST(DataFragment, AZoneThatCannotBeLoadedThrows) {
-    EXPECT_THROW(Block({"A"}, {}, "DATA", "No/Such"), Timezone::Error);
+    EXPECT_THROW(FragmentBlock({"A"}, {}, "DATA", "No/Such"), Timezone::Error);
 }
 
 TEST(DataFragment, TooManyColumnsThrowOnceAndLaterRecordsAreDropped) {
-    Block block(Names(maximumValueColumns + 1, "A"));
+    FragmentBlock block(Names(maximumValueColumns + 1, "A"));
     EXPECT_THROW(block.take("1"), std::length_error);
     EXPECT_NO_THROW(block.take("1"));
     EXPECT_EQ(block->recordCount(), 0U);
@@ -280,7 +252,7 @@ TEST(DataFragment, TooManyColumnsThrowOnceAndLaterRecordsAreDropped) {
 }
 
 TEST(DataFragment, RecordsAfterTheEndOfLoadingAreDropped) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     block.take("10\t1");
     block->finishLoading();
     block.take("20\t2");
@@ -290,7 +262,7 @@ TEST(DataFragment, RecordsAfterTheEndOfLoadingAreDropped) {
 }
 
 TEST(DataFragment, ExtremesOfSecondsNeitherHangNorMisplacePeriods) {
-    Block block({"SECONDS", "A"});
+    FragmentBlock block({"SECONDS", "A"});
     ReferenceFragment reference(1);
     Timezone zone("UTC");
     RecordClock clock(zone);
@@ -307,122 +279,4 @@ TEST(DataFragment, ExtremesOfSecondsNeitherHangNorMisplacePeriods) {
     EXPECT_EQ(block->recordCount(), 13U);
     EXPECT_TRUE(reference.isMatchedBy(*block));
     EXPECT_EQ(block->latestTime(), 4294967295.0);
-}
-
-namespace {
-
-// Records in a text and in numbers, with a clock that mostly goes forward.
-class RandomRecords {
-public:
-    explicit RandomRecords(std::uint64_t seed) : random_(seed), now_(random_.between(1, 1600000000)) {}
-
-    // Draws the next record and gives its fields.
-    std::string next(Record &record) {
-        step();
-        record.seconds = static_cast<std::uint32_t>(now_);
-        record.nanoseconds = nanoseconds();
-        record.diagnosticWord = static_cast<std::uint32_t>(random_.oneIn(3) ? random_.bits() : 0);
-        record.flags = RecordStamp::hasDate | RecordStamp::hasTimeOfDay;
-        std::string fields = std::to_string(record.seconds) + '\t' + std::to_string(record.nanoseconds) +
-                             '\t' + std::to_string(record.diagnosticWord);
-        record.values = {static_cast<double>(record.diagnosticWord),
-                         (record.diagnosticWord & 1U) != 0 ? 1.0 : 0.0,
-                         (record.diagnosticWord & 2U) != 0 ? 2.0 : 0.0};
-        for (int i = 0; i < 3; ++i) {
-            fields += '\t' + value(record);
-        }
-        return fields;
-    }
-
-private:
-    void step() {
-        if (random_.oneIn(300)) {
-            now_ += random_.between(-20000, 20000); // a gap, or a step back
-        } else if (random_.oneIn(20)) {
-            now_ += 60 - now_ % 60; // onto a minute
-        } else {
-            now_ += random_.between(0, 25);
-        }
-        now_ = std::max<std::int64_t>(now_, 1);
-    }
-
-    std::uint32_t nanoseconds() {
-        if (random_.oneIn(3)) {
-            return 0;
-        }
-        return static_cast<std::uint32_t>(random_.oneIn(50) ? random_.bits() : random_.below(1000000000));
-    }
-
-    std::string value(Record &record) {
-        struct Special {
-            const char *text;
-            double value;
-        };
-        constexpr double infinity = std::numeric_limits<double>::infinity();
-        constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-        static constexpr std::array<Special, 6> specials{
-            {{"nan", nan},
-             {"inf", infinity},
-             {"-1e99", -infinity},
-             {"-0", -0.0},
-             {"-1e-60", -0.0},
-             {"3.4028235e38", std::numeric_limits<float>::max()}}};
-        if (random_.oneIn(400)) {
-            const Special &special = random_.pick(specials);
-            record.values.push_back(special.value);
-            return special.text;
-        }
-        float number = static_cast<float>(random_.between(-1000000, 1000000)) * 1e-3F;
-        if (random_.oneIn(50)) {
-            number = std::bit_cast<float>(static_cast<std::uint32_t>(random_.bits() & 0xBF7FFFFFU));
-        }
-        record.values.push_back(number);
-        std::array<char, 64> text{};
-        return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
-    }
-
-    RandomNumbers random_;
-    std::int64_t now_;
-};
-
-void fillLocalTime(Timezone &zone, Record &record) {
-    std::tm calendar{};
-    TimezoneInfo info;
-    zone.localTime(record.seconds, &calendar, &info);
-    record.utcOffset = info.utcOffset;
-    record.year = static_cast<std::uint16_t>(calendar.tm_year + 1900);
-    record.month = static_cast<std::uint8_t>(calendar.tm_mon + 1);
-    record.day = static_cast<std::uint8_t>(calendar.tm_mday);
-    record.hour = static_cast<std::uint8_t>(calendar.tm_hour);
-    record.minute = static_cast<std::uint8_t>(calendar.tm_min);
-    record.second = static_cast<std::uint8_t>(calendar.tm_sec);
-}
-
-} // namespace
-
-TEST(DataFragment, KeepsWhatAPlainSlowComputationGivesForRandomRecords) {
-    constexpr std::array zones{"UTC", "Europe/Berlin", "America/New_York", "Unknown", "Australia/Lord_Howe"};
-    const std::size_t rounds = scaledDown(60);
-    std::size_t longPeriods = 0;
-    for (std::uint64_t seed = 1; seed <= rounds; ++seed) {
-        RandomRecords records(seed);
-        const char *const zoneName = zones[seed % zones.size()];
-        Block block({"SECONDS", "NANOSECONDS", "DIAG", "A", "B", "C"}, {"F", "G"}, "DATA", zoneName);
-        Timezone zone(zoneName);
-        ReferenceFragment reference(6);
-        for (int i = 0; i < 3000; ++i) {
-            Record record;
-            const std::string fields = records.next(record);
-            fillLocalTime(zone, record);
-            if (i % 97 == 13) {
-                block.take("no record");
-            }
-            reference.take(record, block.take(fields), fields.size() + 5);
-        }
-        ASSERT_TRUE(reference.isMatchedBy(*block)) << "seed " << seed;
-        longPeriods += block->series(3).size();
-        block->finishLoading();
-        ASSERT_TRUE(reference.isMatchedBy(*block)) << "after loading, seed " << seed;
-    }
-    EXPECT_GT(longPeriods, rounds);
 }

@@ -18,7 +18,7 @@ using namespace std::string_view_literals;
 using Names = std::vector<std::string>;
 
 struct Reading {
-    FieldResult result;
+    FieldResult result = FieldResult::bad;
     Record record;
 };
 
@@ -256,9 +256,10 @@ TEST(FieldReaders, NothingOfTheRecordBeforeIsLeft) {
 
 TEST(FieldReaders, AChecksumCoversTheTagAndAllBytesBeforeItsDigits) {
     for (const std::string tag : {"DATA", "DATASTAT", "DATABIO"}) {
+        const std::string prefix = tag + '\t';
         for (const std::string fields : {"1.5\t", "-2e3\t", "7\t\t", "7\t \t  "}) {
-            EXPECT_EQ(readLine({"X", "CHK"}, fields + checksumOf(tag + '\t' + fields), {}, tag).result,
-                      FieldResult::good)
+            const std::string sum = checksumOf(prefix + fields);
+            EXPECT_EQ(readLine({"X", "CHK"}, fields + sum, {}, tag).result, FieldResult::good)
                 << tag << " " << fields;
         }
     }

@@ -1,6 +1,7 @@
 #include "data/FragmentList.h"
 
 #include "support/RandomNumbers.h"
+#include "support/SanitizerBuild.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -90,6 +91,22 @@ TEST(FragmentList, AFileMayComeAgain) {
     EXPECT_EQ(list.size(), 1U);
     EXPECT_EQ(list.front().firstTime(), 2);
     EXPECT_EQ(list.removeFile("a").size(), 1U);
+    EXPECT_TRUE(list.empty());
+}
+
+TEST(FragmentList, VeryManyFragmentsOfOneFileAreSortedAndRemoved) {
+    // A damaged file may hold a header line every few bytes. Looking at all for each one would take minutes.
+    const std::size_t blocks = scaledDown(300000);
+    const auto early = fragmentOf("a", 1);
+    const auto late = fragmentOf("a", 2);
+    FragmentList list;
+    for (std::size_t i = 0; i < blocks; ++i) {
+        list.append(i % 2 == 0 ? late : early);
+    }
+    list.sort();
+    EXPECT_EQ(&list.front(), early.get());
+    EXPECT_EQ(&list.back(), late.get());
+    EXPECT_EQ(list.removeFile("a").size(), blocks);
     EXPECT_TRUE(list.empty());
 }
 

@@ -5,8 +5,11 @@
 #include "support/ScratchFolder.h"
 
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -121,6 +124,14 @@ TEST(FragmentSummary, NamesAreWrittenByteForByte) {
 
 namespace {
 
+std::string tabbed(std::initializer_list<std::string_view> fields) {
+    std::string line;
+    for (const std::string_view field : fields) {
+        line.append(line.empty() ? "" : "\t").append(field);
+    }
+    return line;
+}
+
 // A file of two DATA blocks with a DATASTAT block between them, longer than three reads of the line reader.
 class LongFile {
 public:
@@ -157,11 +168,11 @@ private:
             const std::string filler(100 + random_.below(2900), 'x');
             const std::string fields = std::to_string(seconds_);
             if (tag == "DATASTAT") {
-                addLine(tag + '\t' + fields + '\t' + filler + "\ty\t2", true);
+                addLine(tabbed({tag, fields, filler, "y", "2"}), true);
             } else if (until > std::size_t{20} << 20U) {
-                addLine(tag + '\t' + filler + '\t' + fields + "\t3\t4", true);
+                addLine(tabbed({tag, filler, fields, "3", "4"}), true);
             } else {
-                addLine(tag + '\t' + fields + "\t1\t" + filler, true);
+                addLine(tabbed({tag, fields, "1", filler}), true);
             }
         }
     }

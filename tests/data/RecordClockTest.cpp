@@ -194,6 +194,8 @@ TEST(RecordClock, SharingOneConversionAmongTheRecordsOfASecondChangesNoResult) {
 
 TEST(RecordClock, ASkippedLocalTimeIsNotSharedWithTheSecondThatItWasTakenFor) {
     RecordClock clock{Timezone("Europe/Berlin")};
+    RecordStamp before = readStamp(1553990000);
+    clock.complete(before);
     RecordStamp skipped = readStamp(0, both, {2019, 3, 31, 2, 30, 0});
     clock.complete(skipped);
     RecordStamp stamp = readStamp(skipped.seconds);

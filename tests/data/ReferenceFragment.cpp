@@ -10,6 +10,10 @@ namespace {
 constexpr std::array<std::uint64_t, 4> lengths{60, 300, 1800, 7200};
 constexpr double largest = std::numeric_limits<double>::max();
 
+const RecordStamp &stampOf(const Record &record) {
+    return record;
+}
+
 bool isEarlier(const RecordStamp &a, const RecordStamp &b) {
     return a.seconds < b.seconds || (a.seconds == b.seconds && a.nanoseconds < b.nanoseconds);
 }
@@ -177,8 +181,8 @@ testing::AssertionResult ReferenceFragment::extremesAreMatchedBy(const DataFragm
         return testing::AssertionSuccess();
     }
     // The first of equal times stands for the earliest, and for the latest.
-    RecordStamp earliest = *std::min_element(all_.begin(), all_.end(), isEarlier);
-    RecordStamp latest = *std::max_element(all_.begin(), all_.end(), isEarlier);
+    RecordStamp earliest = stampOf(*std::min_element(all_.begin(), all_.end(), isEarlier));
+    RecordStamp latest = stampOf(*std::max_element(all_.begin(), all_.end(), isEarlier));
     const auto byWord = [](const Record &a, const Record &b) { return a.diagnosticWord < b.diagnosticWord; };
     earliest.diagnosticWord = std::min_element(all_.begin(), all_.end(), byWord)->diagnosticWord;
     latest.diagnosticWord = std::max_element(all_.begin(), all_.end(), byWord)->diagnosticWord;

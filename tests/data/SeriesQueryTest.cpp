@@ -88,9 +88,9 @@ TEST_F(SeriesQueryTest, TheSpanAskedForChoosesTheLevel) {
     constexpr int records = 15200; // 107 days
     load("a.data", blockOf(begin, step, records));
     struct Row {
-        double span;
+        double span = 0;
         std::optional<std::size_t> levelAt;
-        std::size_t levelAbove;
+        std::size_t levelAbove = 0;
     };
     for (const Row &row :
          {Row{5000, std::nullopt, 0}, Row{300000, 0, 1}, Row{1500000, 1, 2}, Row{9000000, 2, 3}}) {

@@ -67,11 +67,12 @@ TEST(UnitTable, AFilledTableIsNotSeededAgain) {
 }
 
 TEST(UnitTable, LoadersMayUseTheTableAtTheSameTime) {
-    constexpr int loaders = 4;
+    constexpr std::size_t loaders = 4;
     constexpr std::size_t rounds = scaledDown(2000);
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
-    for (int loader = 0; loader < loaders; ++loader) {
+    threads.reserve(loaders);
+    for (std::size_t loader = 0; loader < loaders; ++loader) {
         threads.emplace_back([loader, &wrong] {
             for (std::size_t round = 0; round < rounds; ++round) {
                 ensureSeeded();

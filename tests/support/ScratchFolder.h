@@ -20,7 +20,7 @@ public:
 
     // Writes a file and returns its path.
     std::string write(const std::string &name, std::string_view content) const {
-        const std::string path = pathOf(name);
+        std::string path = pathOf(name);
         std::ofstream file(path, std::ios::binary);
         file.write(content.data(), static_cast<std::streamsize>(content.size()));
         file.close();
