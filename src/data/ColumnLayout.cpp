@@ -69,8 +69,10 @@ std::size_t countValues(const std::vector<std::string> &columnNames, std::size_t
 }
 
 [[noreturn]] void refuse(std::size_t count, const char *what, std::size_t maximum) {
-    throw std::length_error("The header line asks for " + std::to_string(count) + " " + what +
-                            ", more than " + std::to_string(maximum) + ": its records are left out");
+    std::string text = "The header line asks for ";
+    text.append(std::to_string(count)).append(" ").append(what);
+    text.append(", more than ").append(std::to_string(maximum)).append(": its records are left out");
+    throw std::length_error(text);
 }
 
 } // namespace
@@ -99,7 +101,7 @@ ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> 
             reader.flagCount = static_cast<std::uint32_t>(diagnosticNames.size());
             addValue(layout, name, unitOf(name));
             for (const std::string &flag : diagnosticNames) {
-                addValue(layout, name + ":" + flag, "BOOL");
+                addValue(layout, std::string(name).append(":").append(flag), "BOOL");
             }
         } else if (reader.kind == Kind::checksum) {
             layout.checksumSeed = static_cast<std::uint8_t>(byteSum(tag) + '\t');

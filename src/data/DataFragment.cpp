@@ -86,7 +86,7 @@ void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::s
 void DataFragment::startPeriods(std::uint32_t utcSeconds) {
     halfHourIndex_.begin(utcSeconds);
     for (std::size_t level = 0; level < periods.size(); ++level) {
-        loading_->pendingEnds[level] = utcSeconds / periods[level] * periods[level];
+        loading_->pendingEnds[level] = std::uint64_t{utcSeconds} / periods[level] * periods[level];
     }
 }
 
@@ -114,7 +114,7 @@ void DataFragment::closePeriods(const RecordStamp &stamp) {
 void DataFragment::widenExtremes(const Record &record) {
     const auto takeTime = [&record](Record &extreme) {
         const std::uint32_t word = extreme.diagnosticWord;
-        static_cast<RecordStamp &>(extreme) = record;
+        static_cast<RecordStamp &>(extreme) = static_cast<const RecordStamp &>(record);
         extreme.diagnosticWord = word;
     };
     const auto time = [](const RecordStamp &stamp) { return std::tie(stamp.seconds, stamp.nanoseconds); };
