@@ -21,10 +21,13 @@ MemberList membersOf(const QString &fileName) {
     if (!list.problem.isEmpty()) {
         return list;
     }
+    list.totalSize = QFileInfo(fileName).size();
+    if (list.totalSize == 0) {
+        return list;
+    }
     if (isArchiveName(fileName)) {
         return listArchive(fileName);
     }
-    list.totalSize = QFileInfo(fileName).size();
     list.members.push_back({QString(), list.totalSize});
     return list;
 }
@@ -132,14 +135,22 @@ private:
         if (cancelled_ || !report_.problem.isEmpty()) {
             return;
         }
+        if (fileSize_ == 0) {
+            report_.problem = QStringLiteral("The file is empty");
+            return;
+        }
         if (list.members.empty() || !source_.foundHeader()) {
-            report_.problem = QStringLiteral("No data header line was found: this is no data file");
+            report_.problem = isArchiveName(fileName_)
+                                  ? QStringLiteral("No data header line was found in the archive")
+                                  : QStringLiteral("No data header line was found: this is no data file");
             return;
         }
         const auto &fragments = source_.fragments();
         if (std::all_of(fragments.begin(), fragments.end(),
                         [](const auto &fragment) { return fragment->recordCount() == 0; })) {
-            report_.remark = QStringLiteral("The file holds no records");
+            // Nothing but errors, such as an unknown time zone, is more than an idle analyser.
+            (source_.messageText().empty() ? report_.remark : report_.problem) =
+                QStringLiteral("The file holds no records");
         }
     }
 
@@ -163,7 +174,7 @@ QString whyNotLoadable(const QString &fileName) {
         return QStringLiteral("The file does not exist");
     }
     if (file.isDir()) {
-        return QStringLiteral("This is a folder, not a file");
+        return QStringLiteral("This is a folder: add the files in it");
     }
     if (!file.isFile()) {
         return QStringLiteral("This is not a regular file");

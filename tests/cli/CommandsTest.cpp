@@ -92,8 +92,9 @@ TEST(Commands, MessagesPrintsEachFilesMessagesInTheOrderGiven) {
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.out.starts_with(b + ": Checksum errors: 1\n")) << result.out;
     EXPECT_NE(result.out.find('\n' + a + ": ERROR: Unable to open file: "), std::string::npos) << result.out;
-    EXPECT_EQ(result.err, "fvqa300-cli: " + b + ": Checksum or parse errors\n" + "fvqa300-cli: " + a +
-                              ": Checksum or parse errors\n");
+    EXPECT_EQ(result.err, "fvqa300-cli: " + b + ": Checksum or parse errors\n" +      //
+                              "fvqa300-cli: " + a + ": The file holds no records\n" + //
+                              "fvqa300-cli: " + a + ": Checksum or parse errors\n");
 }
 
 TEST(Commands, MessagesPrintsTheChecksumLineBeforeTheParseErrors) {
@@ -115,9 +116,14 @@ TEST(Commands, MessagesTakesAFileWithoutRecordsForNoFailure) {
 
 TEST(Commands, OnlyMessagesFailsForMessages) {
     const TemporaryFolder folder;
-    const std::string file = folder.write("a.data", sampleWithBadChecksum() + sampleWithUnknownZone());
-    expectClean(runCli({"summary", file}), "");
-    expectClean(runCli({"variables", file}), "");
+    const std::string file =
+        folder.write("a.data", sampleWithBadChecksum() + sampleData("QA330", 1, 2) + sampleWithUnknownZone());
+    EXPECT_EQ(runCli({"messages", file}).status, 1);
+    for (const std::string command : {"summary", "variables"}) {
+        const CliResult result = runCli({command, file});
+        EXPECT_EQ(result.status, 0) << command;
+        EXPECT_EQ(result.err, "") << command;
+    }
 }
 
 TEST(Commands, SeriesPrintsRecordsInTheShortestFormThatReadsBack) {

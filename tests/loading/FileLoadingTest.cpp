@@ -267,16 +267,30 @@ TEST_F(FileLoading, AFileWithoutAHeaderLineIsNoDataFile) {
     writeZip(zip, {{"a.metadata", "x"}});
     const QString notes = folder.path("notes.zip");
     writeZip(notes, {{"a.txt", "x\n"}, {"folder/", ""}});
-    for (const QString &path :
-         {folder.write("empty.data", ""), folder.write("text.data", "Dear reader,\n\n"),
-          folder.write("records.data", recordLines(start, 10)), folder.write("keys.data", keyLines("QA330")),
-          folder.write("bytes.data", std::string(1'000'000, '\0')), zip, notes}) {
+    const QString noHeader = "No data header line was found: this is no data file";
+    const QString noHeaderInArchive = "No data header line was found in the archive";
+    const std::vector<std::pair<QString, QString>> rows{
+        {folder.write("empty.data", ""), "The file is empty"},
+        {folder.write("text.data", "Dear reader,\n\n"), noHeader},
+        {folder.write("records.data", recordLines(start, 10)), noHeader},
+        {folder.write("keys.data", keyLines("QA330")), noHeader},
+        {folder.write("bytes.data", std::string(1'000'000, '\0')), noHeader},
+        {zip, noHeaderInArchive},
+        {notes, noHeaderInArchive},
+    };
+    for (const auto &[path, problem] : rows) {
         const Loaded loaded = load(path);
-        EXPECT_EQ(loaded.report.problem, "No data header line was found: this is no data file")
-            << qPrintable(path);
+        EXPECT_EQ(loaded.report.problem, problem) << qPrintable(path);
         EXPECT_TRUE(loaded.report.remark.isEmpty()) << qPrintable(path);
         EXPECT_EQ(loaded.percents, (Percents{0, 100})) << qPrintable(path);
     }
+}
+
+TEST_F(FileLoading, AFileThatLosesAllRecordsToAnUnknownZoneIsAProblem) {
+    const Loaded loaded =
+        load(folder.write("a.data", "Timezone:\tMars/Olympus\n" + headerLine() + recordLines(start, 3)));
+    EXPECT_EQ(loaded.report.problem, "The file holds no records");
+    EXPECT_TRUE(loaded.data.messageText().starts_with("ERROR: Unable to open file: "));
 }
 
 TEST_F(FileLoading, AHeaderWithoutRecordsIsRemarkedOn) {
@@ -293,7 +307,7 @@ TEST_F(FileLoading, AFileThatCannotBeLoadedIsAProblemThatNamesTheReason) {
     const std::vector<std::pair<QString, QString>> rows{
         {folder.path("missing.data"), "The file does not exist"},
         {folder.path("missing.ghg"), "The file does not exist"},
-        {folder.path("."), "This is a folder, not a file"},
+        {folder.path("."), "This is a folder: add the files in it"},
         {folder.makePipe("pipe.data"), "This is not a regular file"},
         {folder.makePipe("pipe.ghg"), "This is not a regular file"},
         {"/dev/null", "This is not a regular file"},
@@ -327,9 +341,13 @@ TEST_F(FileLoading, ALinkToADataFileIsReadAndADanglingLinkDoesNotExist) {
 }
 
 TEST_F(FileLoading, AnArchiveThatCannotBeOpenedIsAProblem) {
-    for (const std::string &bytes : {std::string(), dataText("QA330", start, 3)}) {
+    const std::vector<std::pair<std::string, QString>> rows{
+        {std::string(), "The file is empty"},
+        {dataText("QA330", start, 3), "This is no archive, or it is empty or cut off"},
+    };
+    for (const auto &[bytes, problem] : rows) {
         const Loaded loaded = load(folder.write("a.ghg", bytes));
-        EXPECT_EQ(loaded.report.problem, "The archive cannot be opened");
+        EXPECT_EQ(loaded.report.problem, problem);
         EXPECT_EQ(loaded.percents, (Percents{0, 100}));
         EXPECT_TRUE(loaded.data.fragments().empty());
     }

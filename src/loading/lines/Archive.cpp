@@ -25,7 +25,7 @@ MemberList listArchive(const QString &path) {
     MemberList list;
     QuaZip archive(path);
     if (!archive.open(QuaZip::mdUnzip)) {
-        list.problem = QStringLiteral("The archive cannot be opened");
+        list.problem = QStringLiteral("This is no archive, or it is empty or cut off");
         return list;
     }
     if (!archive.goToFirstFile()) {

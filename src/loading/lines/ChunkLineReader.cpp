@@ -76,13 +76,18 @@ bool ChunkLineReader::openZipped(std::unique_ptr<QuaZipFile> file, const QString
         problem_ = QStringLiteral("The archive member \"%1\" cannot be opened").arg(member);
         return false;
     }
-    openDevice(std::move(file), startOffset);
-    member_ = member;
+    start(std::move(file), member, startOffset);
     return true;
 }
 
 bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset) {
+    start(std::move(device), {}, startOffset);
+    return true;
+}
+
+void ChunkLineReader::start(std::unique_ptr<QIODevice> device, const QString &member, qint64 startOffset) {
     close();
+    member_ = member;
     problem_.clear();
     ended_ = false;
     shortfall_ = 0;
@@ -96,7 +101,6 @@ bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 start
     if (skipToStart(startOffset)) {
         fill(startOffset);
     }
-    return true;
 }
 
 bool ChunkLineReader::skipToStart(qint64 startOffset) {
@@ -124,10 +128,14 @@ void ChunkLineReader::noteShortRead(bool failed, qint64 position) {
     if (!problem_.isEmpty()) {
         return;
     }
-    if (failed) {
-        problem_ = QStringLiteral("Reading failed: ") + device_->errorString();
+    const QString where = QStringLiteral("after byte %1 of %2").arg(position).arg(size_);
+    if (!member_.isEmpty() && (failed || position < size_)) {
+        // A piece that cannot be inflated is lost whole, so more may be missing than the numbers tell.
+        problem_ = QStringLiteral("The archive member \"%1\" is damaged: records are missing").arg(member_);
+    } else if (failed) {
+        problem_ = QStringLiteral("Reading failed %1: %2").arg(where, device_->errorString());
     } else if (position < size_) {
-        problem_ = QStringLiteral("The bytes end at %1 of %2").arg(position).arg(size_);
+        problem_ = QStringLiteral("The file ends early, %1").arg(where);
     }
 }
 

@@ -18,8 +18,8 @@ class QuaZipFile;
 // Belongs to one thread.
 class ChunkLineReader {
 public:
-    static constexpr qint64 maximumLineLength = 1024 * 1024;
-    static constexpr qint64 readSize = 8 * 1024 * 1024;
+    static constexpr qint64 maximumLineLength = qint64{1024} * 1024;
+    static constexpr qint64 readSize = qint64{8} * 1024 * 1024;
 
     ChunkLineReader();
     ~ChunkLineReader();
@@ -64,6 +64,7 @@ private:
     };
 
     bool openZipped(std::unique_ptr<QuaZipFile> file, const QString &member, qint64 startOffset);
+    void start(std::unique_ptr<QIODevice> device, const QString &member, qint64 startOffset);
     bool skipToStart(qint64 startOffset);
     bool findLine();
     bool fill(qint64 fileOffset);
