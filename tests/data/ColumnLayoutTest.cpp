@@ -131,7 +131,8 @@ TEST(ColumnLayout, MoreValueColumnsThanAnyAnalyserWritesAreRefused) {
 }
 
 TEST(ColumnLayout, MoreNamesOfDiagnosticBitsThanAWordCouldHoldAreRefused) {
-    EXPECT_EQ(layOut({"DIAG"}, Names(maximumDiagnosticNames, "F")).valueNames.size(), maximumDiagnosticNames + 1);
+    EXPECT_EQ(layOut({"DIAG"}, Names(maximumDiagnosticNames, "F")).valueNames.size(),
+              maximumDiagnosticNames + 1);
     EXPECT_THROW(layOut({"DIAG"}, Names(maximumDiagnosticNames + 1, "F")), std::length_error);
     // Names alone cost nothing: only a diagnostic word makes columns of them.
     EXPECT_EQ(layOut({"X"}, Names(maximumDiagnosticNames + 1, "F")).valueNames.size(), 1U);

@@ -66,6 +66,25 @@ TEST(UnitTable, AFilledTableIsNotSeededAgain) {
     setUnit("MSEC", "msec");
 }
 
+TEST(UnitTable, LookingUpUnknownNamesAtTheSameTimeIsSafe) {
+    // A look-up may add an entry; nothing else here takes the lock and would order the threads.
+    ensureSeeded();
+    std::array<std::thread, 4> threads;
+    std::atomic<int> wrong = 0;
+    for (std::size_t i = 0; i < threads.size(); ++i) {
+        threads[i] = std::thread([i, &wrong] {
+            for (int round = 0; round < 200; ++round) {
+                const std::string name = "UnitTable unknown " + std::to_string(round);
+                wrong += unitOf(name).empty() && unitOf(name + std::to_string(i)).empty() ? 0 : 1;
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
+}
+
 TEST(UnitTable, LoadersMayUseTheTableAtTheSameTime) {
     constexpr std::size_t loaders = 4;
     constexpr std::size_t rounds = scaledDown(2000);
