@@ -27,6 +27,7 @@ DataSet makeSource(int number) {
 // Merging N files one by one, as they finish loading; the time of one file should not grow with N.
 void BM_MergeFiles(benchmark::State &state) {
     std::vector<DataSet> sources;
+    sources.reserve(static_cast<std::size_t>(state.range(0)));
     for (int i = 0; i < state.range(0); ++i) {
         // Every other file comes late, as files that load side by side do.
         sources.push_back(makeSource(i % 2 == 0 ? i + 1 : i - 1));

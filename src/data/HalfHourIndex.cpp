@@ -9,7 +9,7 @@ constexpr std::uint32_t halfHour = 1800; // s
 } // namespace
 
 void HalfHourIndex::begin(std::uint32_t utcSeconds) {
-    pending_ = utcSeconds / halfHour * halfHour;
+    pending_ = std::uint64_t{utcSeconds} / halfHour * halfHour;
 }
 
 void HalfHourIndex::note(std::uint32_t utcSeconds, std::uint64_t offset) {
