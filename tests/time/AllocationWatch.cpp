@@ -32,6 +32,17 @@ std::size_t AllocationWatch::largest() const {
     return tally.largest;
 }
 
+// The thread sanitizer links operators of its own and allows no others: there nothing is seen, and the checks
+// of allocations rest on the other builds.
+#if defined(__SANITIZE_THREAD__)
+#define FVQA_HAS_FOREIGN_NEW 1
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define FVQA_HAS_FOREIGN_NEW 1
+#endif
+#endif
+
+#ifndef FVQA_HAS_FOREIGN_NEW
 // The other forms of new and delete of the standard library end in these.
 void *operator new(std::size_t size) {
     if (tally.isWatching) {
@@ -52,3 +63,4 @@ void operator delete(void *memory) noexcept {
 void operator delete(void *memory, std::size_t) noexcept {
     std::free(memory);
 }
+#endif
