@@ -42,6 +42,14 @@ std::size_t AllocationWatch::largest() const {
 #endif
 #endif
 
+bool AllocationWatch::isPossible() {
+#ifdef FVQA_HAS_FOREIGN_NEW
+    return false;
+#else
+    return true;
+#endif
+}
+
 #ifndef FVQA_HAS_FOREIGN_NEW
 // The other forms of new and delete of the standard library end in these.
 void *operator new(std::size_t size) {

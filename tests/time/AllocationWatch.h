@@ -10,6 +10,9 @@ public:
     AllocationWatch(const AllocationWatch &) = delete;
     AllocationWatch &operator=(const AllocationWatch &) = delete;
 
+    // False where the watch sees nothing: under the thread sanitizer.
+    static bool isPossible();
+
     std::size_t count() const;
     std::size_t largest() const; // bytes
 };

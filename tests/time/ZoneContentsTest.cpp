@@ -106,8 +106,10 @@ TEST(ZoneContents, LargeFileIsLoadedWhole) {
     folder.write("Large", file.bytes());
     const AllocationWatch watch;
     Timezone zone(folder.path(), "Large");
-    EXPECT_GE(watch.largest(), static_cast<std::size_t>(count) * sizeof(std::int64_t))
-        << "the watch sees what is allocated";
+    if (AllocationWatch::isPossible()) {
+        EXPECT_GE(watch.largest(), static_cast<std::size_t>(count) * sizeof(std::int64_t))
+            << "the watch sees what is allocated";
+    }
     std::tm local{};
     EXPECT_EQ(zone.localTime((count - 2) * 3600, &local)->tm_isdst, 0);
     EXPECT_EQ(zone.localTime((count - 1) * 3600, &local)->tm_isdst, 1);
