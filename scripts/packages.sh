@@ -3,7 +3,7 @@
 
 build_packages=(
     g++ cmake ninja-build pkg-config
-    qtbase5-dev libquazip1-qt5-dev zlib1g-dev
+    qtbase5-dev libqt5svg5-dev libqwt-qt5-dev libquazip1-qt5-dev zlib1g-dev
     tzdata libc-bin # zone source and zic, its compiler
 )
 
