@@ -1,5 +1,7 @@
 #include "cli/Arguments.h"
 
+#include "cli/ExportOptions.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -8,11 +10,12 @@
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Command>, 4> commandNames{{
+constexpr std::array<std::pair<std::string_view, Command>, 5> commandNames{{
     {"summary", Command::summary},
     {"variables", Command::variables},
     {"messages", Command::messages},
     {"series", Command::series},
+    {"export", Command::exportData},
 }};
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> selectors{{
@@ -78,7 +81,7 @@ struct Option {
     void (*apply)(Arguments &arguments, std::string_view value);
 };
 
-constexpr std::array<Option, 7> options{{
+constexpr std::array<Option, 12> options{{
     {"--zoneinfo", Command::none, true,
      [](Arguments &arguments, std::string_view value) { arguments.zoneDirectory = value; }},
     {"--jobs", Command::none, true, setJobs},
@@ -89,6 +92,16 @@ constexpr std::array<Option, 7> options{{
      [](Arguments &arguments, std::string_view value) { arguments.series.from = timeFrom("--from", value); }},
     {"--to", Command::series, true,
      [](Arguments &arguments, std::string_view value) { arguments.series.to = timeFrom("--to", value); }},
+    {"--data", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportData(arguments.exporting, value); }},
+    {"--format", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportFormat(arguments.exporting, value); }},
+    {"--output", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportOutput(arguments.exporting, value); }},
+    {"--time-columns", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportTimeColumns(arguments.exporting, value); }},
+    {"--split", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportSplit(arguments.exporting, value); }},
 }};
 
 // Walks over the arguments once.
@@ -178,6 +191,9 @@ private:
         }
         if (result_.command == Command::series && result_.series.variable.empty()) {
             throw UsageError("series needs --variable KEY");
+        }
+        if (result_.command == Command::exportData) {
+            requireWholeExport(result_.exporting);
         }
         if (result_.files.empty()) {
             throw UsageError("no FILE is given");

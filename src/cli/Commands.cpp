@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/ExportCommand.h"
 #include "cli/FileArguments.h"
 #include "cli/OrderedLoader.h"
 #include "cli/Output.h"
@@ -44,11 +45,10 @@ std::int64_t bytesOf(const std::vector<std::string> &files) {
 }
 
 // Loads all files and hands them to `use` in the order given.
-void loadEach(const Arguments &arguments, StandardError &standardError,
+void loadEach(const Arguments &arguments, const std::vector<std::string> &files, StandardError &standardError,
               const std::function<void(const LoadedFile &)> &use) {
-    std::vector<std::string> files = filesOf(arguments);
     ProgressBar progress(standardError, "Loading", bytesOf(files));
-    OrderedLoader loader(std::move(files), arguments.jobs.value_or(defaultJobs()), progress);
+    OrderedLoader loader(files, arguments.jobs.value_or(defaultJobs()), progress);
     while (const auto file = loader.next()) {
         if (!file->report.problem.isEmpty()) {
             std::cerr << file->name << ": " << file->report.problem.toStdString() << '\n';
@@ -57,9 +57,10 @@ void loadEach(const Arguments &arguments, StandardError &standardError,
     }
 }
 
-DataSet loadMerged(const Arguments &arguments, StandardError &standardError) {
+DataSet loadMerged(const Arguments &arguments, const std::vector<std::string> &files,
+                   StandardError &standardError) {
     DataSet merged;
-    loadEach(arguments, standardError, [&merged](const LoadedFile &file) { merged.merge(file.data); });
+    loadEach(arguments, files, standardError, [&merged](const LoadedFile &file) { merged.merge(file.data); });
     return merged;
 }
 
@@ -85,7 +86,7 @@ bool hasErrors(const LoadedFile &file) {
 }
 
 void printMessages(const Arguments &arguments, Output &output, StandardError &standardError) {
-    loadEach(arguments, standardError, [&](const LoadedFile &file) {
+    loadEach(arguments, filesOf(arguments), standardError, [&](const LoadedFile &file) {
         for (const QString &message : messagesOf(file.data, file.report)) {
             output.write(file.name + ": " + message.toStdString() + '\n');
         }
@@ -128,16 +129,21 @@ void runCommand(const Arguments &arguments, Output &output, StandardError &stand
     case Command::none:
         break;
     case Command::summary:
-        printSummary(loadMerged(arguments, standardError), output);
+        printSummary(loadMerged(arguments, filesOf(arguments), standardError), output);
         break;
     case Command::variables:
-        printVariables(loadMerged(arguments, standardError), output);
+        printVariables(loadMerged(arguments, filesOf(arguments), standardError), output);
         break;
     case Command::messages:
         printMessages(arguments, output, standardError);
         break;
     case Command::series:
-        printSeries(loadMerged(arguments, standardError), arguments.series, output);
+        printSeries(loadMerged(arguments, filesOf(arguments), standardError), arguments.series, output);
         break;
+    case Command::exportData: {
+        const std::vector<std::string> files = filesOf(arguments);
+        exportData(loadMerged(arguments, files, standardError), files, arguments.exporting, standardError);
+        break;
+    }
     }
 }
