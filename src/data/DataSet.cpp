@@ -1,6 +1,8 @@
 #include "data/DataSet.h"
 
 #include "data/RecordCursor.h"
+#include "data/SeriesBatch.h"
+#include "data/SeriesQuery.h"
 #include "data/VariableKey.h"
 
 #include <algorithm>
@@ -178,6 +180,11 @@ std::string DataSet::timeZoneNameOfKey(std::string_view key) const {
 void DataSet::series(std::string_view key, std::string_view selector, double start, double end,
                      std::vector<double> &times, std::vector<double> &values) const {
     SeriesQuery(fragments_, key, start, end).read(selector, times, values);
+}
+
+std::vector<SeriesPoints> DataSet::seriesOf(const std::vector<SeriesRequest> &requests, double start,
+                                            double end) const {
+    return SeriesBatch(fragments_, requests, start, end).read();
 }
 
 void DataSet::valueRange(std::string_view key, double &low, double &high) const {

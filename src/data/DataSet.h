@@ -3,7 +3,7 @@
 #include "data/DataFileParser.h"
 #include "data/DataFragment.h"
 #include "data/FragmentList.h"
-#include "data/SeriesQuery.h"
+#include "data/SeriesPoints.h"
 #include "data/VariableKeyCounts.h"
 
 #include <cstdint>
@@ -76,6 +76,9 @@ public:
     // whole-range bounds): averages for the selector "", extremes for "max" and "min". See SeriesQuery.
     void series(std::string_view key, std::string_view selector, double start, double end,
                 std::vector<double> &times, std::vector<double> &values) const;
+    // The same for each of `requests`, in their order, between the same bounds. See SeriesBatch.
+    std::vector<SeriesPoints> seriesOf(const std::vector<SeriesRequest> &requests, double start,
+                                       double end) const;
 
     // Widens [low, high] by the variable's smallest and largest value.
     void valueRange(std::string_view key, double &low, double &high) const;

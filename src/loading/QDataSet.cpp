@@ -1,6 +1,7 @@
 #include "loading/QDataSet.h"
 
 #include "data/LockGuards.h"
+#include "data/SeriesBatch.h"
 #include "data/SeriesQuery.h"
 #include "loading/FileLoading.h"
 #include "loading/QDataSetThread.h"
@@ -185,6 +186,15 @@ void QDataSet::series(const std::string &key, const std::string &selector, doubl
         return SeriesQuery(dataSet_.fragments(), key, start, end);
     }();
     query.read(selector, times, values);
+}
+
+std::vector<SeriesPoints> QDataSet::seriesOf(const std::vector<SeriesRequest> &requests, double start,
+                                             double end) const {
+    const auto batch = [&] {
+        const ReadGuard guard(lock_);
+        return SeriesBatch(dataSet_.fragments(), requests, start, end);
+    }();
+    return batch.read();
 }
 
 void QDataSet::valueRange(const std::string &key, double &low, double &high) const {
