@@ -1,5 +1,7 @@
 #include "cli/Arguments.h"
 
+#include "plot/PlotFile.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -8,11 +10,12 @@
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Command>, 4> commandNames{{
+constexpr std::array<std::pair<std::string_view, Command>, 5> commandNames{{
     {"summary", Command::summary},
     {"variables", Command::variables},
     {"messages", Command::messages},
     {"series", Command::series},
+    {"plot", Command::plot},
 }};
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> selectors{{
@@ -71,6 +74,35 @@ double timeFrom(std::string_view option, std::string_view value) {
     return *time;
 }
 
+void addKey(std::vector<std::string> &keys, std::string_view option, std::string_view value) {
+    if (value.empty()) {
+        throw UsageError(std::string(option) + " takes a variable key, not an empty text");
+    }
+    keys.emplace_back(value);
+}
+
+void setOutput(Arguments &arguments, std::string_view value) {
+    if (!isPlotFileName(QString::fromUtf8(value.data(), static_cast<int>(value.size())))) {
+        throw UsageError("--output takes a path that ends in .png, .svg or .pdf, not " + quoted(value));
+    }
+    arguments.plot.output = value;
+}
+
+void setSize(Arguments &arguments, std::string_view value) {
+    constexpr int smallest = 50;
+    constexpr int largest = 20000;
+    const auto cross = value.find('x');
+    const auto sideFrom = [&](std::string_view text) {
+        const int side = numberFrom<int>(text).value_or(0);
+        if (cross == std::string_view::npos || side < smallest || side > largest) {
+            throw UsageError("--size takes WIDTHxHEIGHT in pixels from 50 to 20000, not " + quoted(value));
+        }
+        return side;
+    };
+    arguments.plot.width = sideFrom(value.substr(0, cross));
+    arguments.plot.height = sideFrom(value.substr(cross + 1));
+}
+
 struct Option {
     std::string_view name;
     Command command; // none: an option of every command
@@ -78,7 +110,7 @@ struct Option {
     void (*apply)(Arguments &arguments, std::string_view value);
 };
 
-constexpr std::array<Option, 7> options{{
+constexpr std::array<Option, 13> options{{
     {"--zoneinfo", Command::none, true,
      [](Arguments &arguments, std::string_view value) { arguments.zoneDirectory = value; }},
     {"--jobs", Command::none, true, setJobs},
@@ -89,6 +121,16 @@ constexpr std::array<Option, 7> options{{
      [](Arguments &arguments, std::string_view value) { arguments.series.from = timeFrom("--from", value); }},
     {"--to", Command::series, true,
      [](Arguments &arguments, std::string_view value) { arguments.series.to = timeFrom("--to", value); }},
+    {"--variable", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { addKey(arguments.plot.left, "--variable", value); }},
+    {"--right", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { addKey(arguments.plot.right, "--right", value); }},
+    {"--output", Command::plot, true, setOutput},
+    {"--size", Command::plot, true, setSize},
+    {"--from", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { arguments.plot.from = timeFrom("--from", value); }},
+    {"--to", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { arguments.plot.to = timeFrom("--to", value); }},
 }};
 
 // Walks over the arguments once.
@@ -179,8 +221,23 @@ private:
         if (result_.command == Command::series && result_.series.variable.empty()) {
             throw UsageError("series needs --variable KEY");
         }
+        if (result_.command == Command::plot) {
+            requireWholePlot();
+        }
         if (result_.files.empty()) {
             throw UsageError("no FILE is given");
+        }
+    }
+
+    void requireWholePlot() const {
+        if (result_.plot.left.empty()) {
+            throw UsageError("plot needs --variable KEY");
+        }
+        if (result_.plot.output.empty()) {
+            throw UsageError("plot needs --output PATH");
+        }
+        if (!(result_.plot.from < result_.plot.to)) {
+            throw UsageError("--from must be earlier than --to");
         }
     }
 

@@ -3,6 +3,7 @@
 #include "cli/FileArguments.h"
 #include "cli/OrderedLoader.h"
 #include "cli/Output.h"
+#include "cli/PlotCommand.h"
 #include "cli/ProgressBar.h"
 #include "cli/StandardError.h"
 #include "data/FragmentSummary.h"
@@ -31,6 +32,18 @@ std::vector<std::string> filesOf(const Arguments &arguments) {
         std::cerr << problem << '\n';
     }
     return std::move(expanded.files);
+}
+
+// True when both names lead to one file.
+bool isSameFile(const std::string &one, const std::string &other) {
+    std::error_code error;
+    return std::filesystem::equivalent(one, other, error);
+}
+
+bool isAmongInputs(const std::string &output, const Arguments &arguments) {
+    const std::vector<std::string> inputs = expandFileArguments(arguments.files).files;
+    return std::any_of(inputs.begin(), inputs.end(),
+                       [&output](const std::string &input) { return isSameFile(input, output); });
 }
 
 std::int64_t bytesOf(const std::vector<std::string> &files) {
@@ -138,6 +151,14 @@ void runCommand(const Arguments &arguments, Output &output, StandardError &stand
         break;
     case Command::series:
         printSeries(loadMerged(arguments, standardError), arguments.series, output);
+        break;
+    case Command::plot:
+        if (isAmongInputs(arguments.plot.output, arguments)) {
+            std::cerr << arguments.plot.output
+                      << ": This is one of the files to be read; nothing is written\n";
+            break;
+        }
+        drawPlot(loadMerged(arguments, standardError), arguments.plot, standardError);
         break;
     }
 }

@@ -15,7 +15,7 @@ TEST(Arguments, WrongUsageIsRefusedByNamingWhatIsWrong) {
         {{}, "no command"},
         {{"--quiet"}, "no command"},
         {{"export", "a"}, "'export'"},
-        {{"plot", "a"}, "'plot'"},
+        {{"draw", "a"}, "'draw'"},
         {{"Summary", "a"}, "'Summary'"},
         {{"summary"}, "FILE"},
         {{"summary", "--"}, "FILE"},
