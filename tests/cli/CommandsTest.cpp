@@ -29,7 +29,7 @@ TEST(Commands, VersionIsTheNameAndTheNumber) {
 }
 
 TEST(Commands, HelpGoesToStandardOutput) {
-    const std::vector<std::string> commands{"", "summary", "variables", "messages", "series"};
+    const std::vector<std::string> commands{"", "summary", "variables", "messages", "series", "plot"};
     for (const std::string &command : commands) {
         const CliResult result = command.empty() ? runCli({"--help"}) : runCli({command, "--help"});
         EXPECT_EQ(result.status, 0);
