@@ -12,7 +12,7 @@
 
 namespace {
 
-const std::string examples = FVQA_EXAMPLES;
+const std::string examples = FVQA_EXAMPLES_DIR;
 const std::string gas = "AIU-0412:DATA:CO2 (mg/m^3)";
 const std::string pressure = "AIU-0412:DATA:Air Pressure (kPa)";
 
