@@ -4,9 +4,11 @@
 #include "cli/FileArguments.h"
 #include "cli/OrderedLoader.h"
 #include "cli/Output.h"
+#include "cli/PlotCommand.h"
 #include "cli/ProgressBar.h"
 #include "cli/StandardError.h"
 #include "data/FragmentSummary.h"
+#include "export/LoadedFileGuard.h"
 
 #include <algorithm>
 #include <array>
@@ -85,8 +87,9 @@ bool hasErrors(const LoadedFile &file) {
     return file.data.checksumFailures() != 0 || !file.data.messageText().empty();
 }
 
-void printMessages(const Arguments &arguments, Output &output, StandardError &standardError) {
-    loadEach(arguments, filesOf(arguments), standardError, [&](const LoadedFile &file) {
+void printMessages(const Arguments &arguments, const std::vector<std::string> &files, Output &output,
+                   StandardError &standardError) {
+    loadEach(arguments, files, standardError, [&](const LoadedFile &file) {
         for (const QString &message : messagesOf(file.data, file.report)) {
             output.write(file.name + ": " + message.toStdString() + '\n');
         }
@@ -122,28 +125,43 @@ void printSeries(const DataSet &data, const SeriesWish &wish, Output &output) {
     }
 }
 
+// An input is never replaced.
+bool mayWriteTo(const std::string &path, const std::vector<std::string> &inputs) {
+    LoadedFileGuard guard([&inputs] { return std::set<std::string>(inputs.begin(), inputs.end()); });
+    const bool isInput = guard.isLoaded(path);
+    if (isInput) {
+        std::cerr << path << ": This is one of the files to be read; nothing is written\n";
+    }
+    return !isInput;
+}
+
 } // namespace
 
 void runCommand(const Arguments &arguments, Output &output, StandardError &standardError) {
+    const std::vector<std::string> files = filesOf(arguments);
+    const auto merged = [&] { return loadMerged(arguments, files, standardError); };
     switch (arguments.command) {
     case Command::none:
         break;
     case Command::summary:
-        printSummary(loadMerged(arguments, filesOf(arguments), standardError), output);
+        printSummary(merged(), output);
         break;
     case Command::variables:
-        printVariables(loadMerged(arguments, filesOf(arguments), standardError), output);
+        printVariables(merged(), output);
         break;
     case Command::messages:
-        printMessages(arguments, output, standardError);
+        printMessages(arguments, files, output, standardError);
         break;
     case Command::series:
-        printSeries(loadMerged(arguments, filesOf(arguments), standardError), arguments.series, output);
+        printSeries(merged(), arguments.series, output);
         break;
-    case Command::exportData: {
-        const std::vector<std::string> files = filesOf(arguments);
-        exportData(loadMerged(arguments, files, standardError), files, arguments.exporting, standardError);
+    case Command::plot:
+        if (mayWriteTo(arguments.plot.output, files)) {
+            drawPlot(merged(), arguments.plot, standardError);
+        }
         break;
-    }
+    case Command::exportData:
+        exportData(merged(), files, arguments.exporting, standardError);
+        break;
     }
 }

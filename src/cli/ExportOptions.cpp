@@ -1,11 +1,10 @@
 #include "cli/ExportOptions.h"
 
-#include "cli/Arguments.h"
+#include "cli/OptionValues.h"
 #include "export/ExportChoices.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <utility>
 
 namespace {
@@ -17,7 +16,7 @@ constexpr std::array<std::pair<std::string_view, ExportFormat>, 3> formats{{
 }};
 
 [[noreturn]] void refuse(std::string_view takes, std::string_view value) {
-    throw UsageError(std::string(takes) + ", not '" + std::string(value) + "'");
+    throw UsageError(std::string(takes) + ", not " + quoted(value));
 }
 
 } // namespace
@@ -62,13 +61,11 @@ void setExportTimeColumns(ExportWish &wish, std::string_view value) {
 }
 
 void setExportSplit(ExportWish &wish, std::string_view value) {
-    std::int32_t period = 0;
-    const char *const end = value.data() + value.size();
-    const auto [stop, error] = std::from_chars(value.data(), end, period);
-    if (error != std::errc() || stop != end || !isSplitPeriod(period)) {
+    const auto period = numberFrom<std::int32_t>(value);
+    if (!period || !isSplitPeriod(*period)) {
         refuse("--split takes 0, 1800, 3600, 7200, 14400 or 86400", value);
     }
-    wish.request.splitPeriod = period;
+    wish.request.splitPeriod = *period;
 }
 
 void requireWholeExport(const ExportWish &wish) {

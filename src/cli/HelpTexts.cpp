@@ -14,6 +14,7 @@ Commands:
   variables  the variables and their units
   messages   what is wrong with the files: checksum errors, parse errors
   series     the points of one variable
+  plot       a picture of variables against time
   export     the records, written to a text, TOB1 or diagnostics file
 
 Options:
@@ -55,6 +56,21 @@ Options:
   --from T, --to T  UTC seconds, both included (default: the whole range)
 )";
 
+constexpr std::string_view plotHelp =
+    R"(Usage: fvqa300-cli plot --variable KEY [--variable KEY]... [--right KEY]... --output PATH
+                        [OPTIONS] FILE...
+
+Draws what a plot window shows of these variables, without a display. The path's ending
+chooses the format: .png, .svg or .pdf.
+
+Options:
+  --variable KEY    a variable for the left axis, as the command "variables" names it
+  --right KEY       a variable for the right axis
+  --output PATH     the picture; an earlier one is replaced
+  --from T, --to T  UTC seconds (default: the whole range)
+  --size WxH        pixels, of 96 to the inch (default: 1200x600)
+)";
+
 constexpr std::string_view exportHelp =
     R"(Usage: fvqa300-cli export --data INSTRUMENT:TAG --format FORMAT --output PATH [OPTIONS] FILE...
 
@@ -86,6 +102,8 @@ std::string_view helpText(Command command) {
         return messagesHelp;
     case Command::series:
         return seriesHelp;
+    case Command::plot:
+        return plotHelp;
     case Command::exportData:
         return exportHelp;
     }

@@ -22,8 +22,12 @@ constexpr int wrongUsage = 2;
 
 StandardError *standardErrorOfQt = nullptr;
 
-// Warnings of the libraries are shown, but say nothing about what was asked for.
+// Warnings of the libraries are shown, but say nothing about what was asked for. Where a desktop would keep
+// its sockets is of no interest where there is none.
 void showQtMessage(QtMsgType, const QMessageLogContext &, const QString &message) {
+    if (message.startsWith(QLatin1String("QStandardPaths: "))) {
+        return;
+    }
     standardErrorOfQt->remark(message.toStdString());
 }
 

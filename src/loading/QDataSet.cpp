@@ -1,7 +1,7 @@
 #include "loading/QDataSet.h"
 
 #include "data/LockGuards.h"
-#include "data/SeriesQuery.h"
+#include "data/SeriesBatch.h"
 #include "loading/FileLoading.h"
 #include "loading/QDataSetThread.h"
 
@@ -102,6 +102,11 @@ void QDataSet::OnThreadFinished(QDataSetThread *thread) {
     StartNext();
 }
 
+void QDataSet::addLoaded(const DataSet &source) {
+    const WriteGuard guard(lock_);
+    dataSet_.merge(source);
+}
+
 bool QDataSet::isBeingLoaded(const QString &fileName) const {
     const auto isOfFile = [&fileName](const QDataSetThread *thread) {
         return thread->fileName() == fileName;
@@ -180,11 +185,16 @@ std::string QDataSet::timeZoneNameOfKey(const std::string &key) const {
 
 void QDataSet::series(const std::string &key, const std::string &selector, double start, double end,
                       std::vector<double> &times, std::vector<double> &values) const {
-    const auto query = [&] {
+    seriesOf({{key, selector}}, start, end).front().appendTo(times, values);
+}
+
+std::vector<SeriesPoints> QDataSet::seriesOf(const std::vector<SeriesRequest> &requests, double start,
+                                             double end) const {
+    const auto batch = [&] {
         const ReadGuard guard(lock_);
-        return SeriesQuery(dataSet_.fragments(), key, start, end);
+        return SeriesBatch(dataSet_.fragments(), requests, start, end);
     }();
-    query.read(selector, times, values);
+    return batch.read();
 }
 
 void QDataSet::valueRange(const std::string &key, double &low, double &high) const {

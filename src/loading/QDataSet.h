@@ -36,6 +36,9 @@ public:
     // the same: this order is kept.
     void RemoveFile(const QString &fileName);
 
+    // Takes in what was loaded without workers of its own, as the companion loads.
+    void addLoaded(const DataSet &source);
+
     // For the workers: reads the file into `source`, reporting by signals.
     void LoadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled);
 
@@ -53,6 +56,8 @@ public:
     std::string timeZoneNameOfKey(const std::string &key) const;
     void series(const std::string &key, const std::string &selector, double start, double end,
                 std::vector<double> &times, std::vector<double> &values) const;
+    std::vector<SeriesPoints> seriesOf(const std::vector<SeriesRequest> &requests, double start,
+                                       double end) const;
     void valueRange(const std::string &key, double &low, double &high) const;
     void timeRangeOfInstrument(const std::string &instrument, double &first, double &last) const;
     std::vector<std::string> valueNamesOfInstrumentAndTag(const std::string &instrument,

@@ -14,7 +14,7 @@ TEST(Arguments, WrongUsageIsRefusedByNamingWhatIsWrong) {
     const std::vector<WrongUsage> rows{
         {{}, "no command"},
         {{"--quiet"}, "no command"},
-        {{"plot", "a"}, "'plot'"},
+        {{"draw", "a"}, "'draw'"},
         {{"Summary", "a"}, "'Summary'"},
         {{"summary"}, "FILE"},
         {{"summary", "--"}, "FILE"},

@@ -29,7 +29,8 @@ TEST(Commands, VersionIsTheNameAndTheNumber) {
 }
 
 TEST(Commands, HelpGoesToStandardOutput) {
-    const std::vector<std::string> commands{"", "summary", "variables", "messages", "series", "export"};
+    const std::vector<std::string> commands{"",       "summary", "variables", "messages",
+                                            "series", "plot",    "export"};
     for (const std::string &command : commands) {
         const CliResult result = command.empty() ? runCli({"--help"}) : runCli({command, "--help"});
         EXPECT_EQ(result.status, 0);
