@@ -149,7 +149,7 @@ void MyFrame::OnCloseFile() {
 
 void MyFrame::OnExportFile() {
     const std::set<std::string> groups = exportableGroups();
-    if (groups.empty() || exportProgress_) {
+    if (groups.empty() || isExporting_) {
         return;
     }
     if (exportDialog_ == nullptr) {
@@ -192,9 +192,14 @@ void MyFrame::exportData(int fileType, const std::string &item, const std::strin
     const std::string instrument = item.substr(0, colon);
     ExportSource source = exportSourceOf(*model_->dataSet(), instrument, item.substr(colon + 1));
     source.loadedFiles = [this] { return protectedFiles(); };
+    isExporting_ = true; // already now: the progress dialog processes events while it is made
     exportProgress_ = new ExportProgressDialog(this, *model_->dataSet(), instrument);
-    runExport(source, {exportFormatOf(fileType), targetName, timeColumns_, splitPeriod}, *exportProgress_);
+    if (!closeAfterExport_) {
+        runExport(source, {exportFormatOf(fileType), targetName, timeColumns_, splitPeriod},
+                  *exportProgress_);
+    }
     delete exportProgress_;
+    isExporting_ = false;
     if (closeAfterExport_) {
         closeAfterExport_ = false;
         QMetaObject::invokeMethod(window(), "close", Qt::QueuedConnection);
@@ -202,11 +207,13 @@ void MyFrame::exportData(int fileType, const std::string &item, const std::strin
 }
 
 bool MyFrame::endExport() {
-    if (!exportProgress_) {
+    if (!isExporting_) {
         return true;
     }
     closeAfterExport_ = true;
-    exportProgress_->cancel();
+    if (exportProgress_) {
+        exportProgress_->cancel();
+    }
     return false;
 }
 

@@ -82,7 +82,8 @@ private:
     QPushButton *exportButton_;
     QPushButton *helpButton_;
     QPushButton *closeButton_;
-    ExportWhatDialog *exportDialog_ = nullptr;      // made at the first export
+    ExportWhatDialog *exportDialog_ = nullptr; // made at the first export
+    bool isExporting_ = false;
     QPointer<ExportProgressDialog> exportProgress_; // of the export that runs
     bool closeAfterExport_ = false;
     quint32 timeColumns_ = defaultTimeColumns;
