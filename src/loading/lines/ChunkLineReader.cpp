@@ -36,6 +36,10 @@ ReadResult readFully(QIODevice &device, char *to, qint64 wanted) {
     return result;
 }
 
+QString cannotBeOpened(const QString &member) {
+    return QStringLiteral("The archive member \"%1\" cannot be opened").arg(member);
+}
+
 } // namespace
 
 ChunkLineReader::ChunkLineReader() = default;
@@ -66,14 +70,18 @@ bool ChunkLineReader::open(const QString &path, const QString &member, qint64 st
 
 bool ChunkLineReader::openMember(QuaZip &archive, const QString &member, qint64 startOffset) {
     close();
-    archive.setCurrentFile(member);
+    // Opening no file at all would be answered with a line on standard error.
+    if (!archive.setCurrentFile(member)) {
+        problem_ = cannotBeOpened(member);
+        return false;
+    }
     return openZipped(std::make_unique<QuaZipFile>(&archive), member, startOffset);
 }
 
 bool ChunkLineReader::openZipped(std::unique_ptr<QuaZipFile> file, const QString &member,
                                  qint64 startOffset) {
     if (!file->open(QIODevice::ReadOnly)) {
-        problem_ = QStringLiteral("The archive member \"%1\" cannot be opened").arg(member);
+        problem_ = cannotBeOpened(member);
         return false;
     }
     start(std::move(file), member, startOffset);
