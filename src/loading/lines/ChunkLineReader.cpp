@@ -245,15 +245,15 @@ void ChunkLineReader::jumpTo(std::uint64_t offset) {
     if (dataEnd_ == nullptr || device_->isSequential()) {
         return;
     }
-    // One byte earlier, so that the line's begin shows.
+    // One byte earlier, so that what is left of a line does not seem to begin there.
     const qint64 target = static_cast<qint64>(offset) - 1;
     if (target < dataEnd_ - buffer_ + base_ + static_cast<qint64>(shortfall_)) {
         return;
     }
     dataEnd_ = lineBegin_ = lineEnd_ = next_ = nullptr;
     shortfall_ = 0;
-    if (skipToStart(target) && fill(target)) {
-        nextLine();
+    if (skipToStart(target)) {
+        fill(target);
     }
 }
 
