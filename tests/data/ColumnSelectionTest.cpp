@@ -2,6 +2,7 @@
 
 #include "RandomNumberTexts.h"
 #include "data/NumberReading.h"
+#include "data/PlainFields.h"
 #include "support/HeapText.h"
 #include "support/RandomNumbers.h"
 #include "support/RecordComparison.h"
@@ -214,7 +215,9 @@ TEST(PassingFloats, MovesAndFailsAsReadingThemDoes) {
             good = readFloat(read, value);
         }
         TextCursor passed{text.begin(), text.end()};
-        ASSERT_EQ(passFloats(passed, count), good) << testing::PrintToString(text.view()) << ' ' << count;
+        PlainFields plain(passed);
+        ASSERT_EQ(passFloats(passed, count, plain), good)
+            << testing::PrintToString(text.view()) << ' ' << count;
         if (good) {
             ASSERT_EQ(passed.at - text.begin(), read.at - text.begin())
                 << testing::PrintToString(text.view()) << ' ' << count;
