@@ -95,12 +95,11 @@ void SourcePass::add(BlockPoints &block) {
 
 void SourcePass::run() {
     while (!waiting_.empty()) {
-        readFile(waiting_.begin()->first.fileName);
+        readFile(std::string(waiting_.begin()->first.fileName));
     }
 }
 
-// By value: the name outlives the entries that hold it.
-void SourcePass::readFile(std::string fileName) {
+void SourcePass::readFile(const std::string &fileName) {
     SourceFile file(fileName);
     bool hasProblem = false;
     while (!waiting_.empty() && waiting_.begin()->first.fileName == fileName) {
