@@ -1,0 +1,115 @@
+#include "plot/GappedCurve.h"
+
+#include "plot/PlotPixels.h"
+
+#include <QtTest>
+#include <qwt_scale_map.h>
+
+#include <limits>
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double largest = std::numeric_limits<double>::max();
+
+// Ten pixels from one value to the next; the value is the height in pixels.
+constexpr int spacing = 10;
+constexpr int height = 60;
+
+QwtScaleMap mapTo(double from, double to, double end) {
+    QwtScaleMap map;
+    map.setScaleInterval(0, end);
+    map.setPaintInterval(from, to);
+    return map;
+}
+
+// A red line through the values, at x = 0, 10, 20 ...
+QImage drawn(const std::vector<double> &values, int from = 0, int to = -1) {
+    QVector<QPointF> points;
+    for (const double value : values) {
+        points.append(QPointF(points.size() * spacing, value));
+    }
+    const int width = (points.size() + 1) * spacing;
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    GappedCurve curve(QwtText("curve"));
+    curve.setPen(QPen(Qt::red, 0));
+    curve.setSamples(points);
+    QPainter painter(&image);
+    curve.drawSeries(&painter, mapTo(0, width, width), mapTo(height, 0, height), QRectF(image.rect()), from,
+                     to);
+    return image;
+}
+
+} // namespace
+
+class GappedCurveTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isALineThatFiltersPointsOfTheSamePixel() {
+        const GappedCurve curve(QwtText("curve"));
+        QCOMPARE(curve.style(), QwtPlotCurve::Lines);
+        QVERIFY(curve.testPaintAttribute(QwtPlotCurve::FilterPoints));
+    }
+
+    void numbersAreJoinedByOneLine() {
+        QCOMPARE(inkedColumns(drawn({30, 30, 30, 30}), Qt::red), (ColumnRanges{{0, 30}}));
+    }
+
+    void aPointThatCannotBeDrawnLeavesAGap_data() {
+        QTest::addColumn<double>("value");
+        QTest::newRow("not a number") << noNumber;
+        QTest::newRow("infinity") << infinity;
+        QTest::newRow("minus infinity") << -infinity;
+        QTest::newRow("highest of a period without a number") << -largest;
+        QTest::newRow("lowest of a period without a number") << largest;
+    }
+    void aPointThatCannotBeDrawnLeavesAGap() {
+        QFETCH(double, value);
+        QCOMPARE(inkedColumns(drawn({30, 30, value, 30, 30}), Qt::red), (ColumnRanges{{0, 10}, {30, 40}}));
+    }
+
+    void severalSuchPointsLeaveOneGap() {
+        QCOMPARE(
+            inkedColumns(drawn({noNumber, 30, 30, noNumber, infinity, noNumber, 30, 30, -infinity}), Qt::red),
+            (ColumnRanges{{10, 20}, {60, 70}}));
+    }
+
+    void aPointBetweenTwoGapsIsADot() {
+        const ColumnRanges ranges = inkedColumns(drawn({30, 30, noNumber, 30, noNumber, 30, 30}), Qt::red);
+        QCOMPARE(ranges.size(), 3);
+        QVERIFY(ranges[1].first >= 28 && ranges[1].first < 30);
+        QVERIFY(ranges[1].second > ranges[1].first && ranges[1].second <= 32);
+    }
+
+    void aSinglePointIsADot() {
+        const ColumnRanges ranges = inkedColumns(drawn({noNumber, 30}), Qt::red);
+        QCOMPARE(ranges.size(), 1);
+        QVERIFY(ranges[0].second - ranges[0].first <= 3);
+    }
+
+    void theLineAndItsDotsAreInThePensColour() {
+        const QImage image = drawn({30, 30, noNumber, 30, noNumber});
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor colour = image.pixelColor(x, y);
+                QVERIFY(colour == Qt::white || colour.red() == 255);
+            }
+        }
+    }
+
+    void nothingButGapsDrawsNothing() {
+        QVERIFY(inkedColumns(drawn({noNumber, infinity, largest}), Qt::red).isEmpty());
+        QVERIFY(inkedColumns(drawn({}), Qt::red).isEmpty());
+    }
+
+    void aPartOfTheCurveCanBeDrawnAlone() {
+        QCOMPARE(inkedColumns(drawn({30, 30, 30, noNumber, 30, 30, 30}, 1, 5), Qt::red),
+                 (ColumnRanges{{10, 20}, {40, 50}}));
+    }
+};
+
+QTEST_MAIN(GappedCurveTest)
+#include "GappedCurveTest.moc"
