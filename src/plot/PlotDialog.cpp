@@ -38,8 +38,10 @@ constexpr int longestKey = 4096;
 QLineEdit *makeYEdit(const QString &accessibleName) {
     auto *edit = new QLineEdit;
     auto *validator = new QDoubleValidator(edit);
-    // A decimal point in every locale, as the texts are written and read.
-    validator->setLocale(QLocale::c());
+    // A decimal point in every locale and no comma, as the texts are written and read.
+    QLocale locale = QLocale::c();
+    locale.setNumberOptions(QLocale::RejectGroupSeparator);
+    validator->setLocale(locale);
     edit->setValidator(validator);
     edit->setAccessibleName(accessibleName);
     // A variable dropped here is meant for the plot.
@@ -62,7 +64,6 @@ QString yText(double value) {
 
 PlotDialog::PlotDialog(QWidget *parent, const QDataSet *dataSet, const QString &key)
     : QDialog(parent),
-      dataSet_(dataSet),
       plot_(new TimeSeriesPlot(*dataSet, key, this)),
       zoomer_(new PlotZoomer(plot_->canvas(), plot_->timezone())) {
     setAttribute(Qt::WA_DeleteOnClose);
@@ -297,7 +298,8 @@ void PlotDialog::OnYMinMaxApplyClicked() {
     }
     const auto [low, high] = std::minmax({*first, *second});
     QRectF rect = zoomer_->zoomRect();
-    if (rect.top() == low && rect.height() == high - low) {
+    const bool isShown = rect.top() == low && rect.height() == high - low;
+    if (isShown || !std::isfinite(high - low)) {
         return;
     }
     rect.setTop(low);

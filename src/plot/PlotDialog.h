@@ -68,7 +68,6 @@ private:
     void extendZoomBase();
     void tell(const QString &title, const QString &problem);
 
-    const QDataSet *dataSet_;
     TimeSeriesPlot *plot_;
     PlotZoomer *zoomer_;
     QToolButton *previousButton_;
