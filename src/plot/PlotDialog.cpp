@@ -319,17 +319,18 @@ void PlotDialog::dropEvent(QDropEvent *event) {
         return;
     }
     event->acceptProposedAction();
+    const bool wasEmpty = plot_->wholeRange().isEmpty();
     const bool isOnRightHalf = event->pos().x() > width() / 2;
     plot_->addVariable(key, isOnRightHalf ? TimeSeriesPlot::Side::right : TimeSeriesPlot::Side::left);
-    extendZoomBase();
+    extendZoomBase(wasEmpty);
     plot_->replot();
 }
 
-void PlotDialog::extendZoomBase() {
+// The base of a window that had nothing to draw shows no data: it gives way instead of being widened.
+void PlotDialog::extendZoomBase(bool wasEmpty) {
     const QRectF base = zoomer_->zoomBase();
-    const QRectF widened = plot_->widened(base);
-    if (widened.left() < base.left() || widened.right() > base.right() || widened.top() < base.top() ||
-        widened.bottom() > base.bottom()) {
+    const QRectF widened = wasEmpty ? withArea(plot_->wholeRect()) : plot_->widened(base);
+    if (widened != base) {
         if (zoomer_->isAtBase()) {
             zoomer_->restart(widened);
         } else {

@@ -65,7 +65,7 @@ private:
     void loadView();
     void updateButtons();
     void showYRange(const QRectF &rect);
-    void extendZoomBase();
+    void extendZoomBase(bool wasEmpty);
     void tell(const QString &title, const QString &problem);
 
     TimeSeriesPlot *plot_;
