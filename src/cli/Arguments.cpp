@@ -1,21 +1,22 @@
 #include "cli/Arguments.h"
 
-#include "plot/PlotFile.h"
+#include "cli/ExportOptions.h"
+#include "cli/OptionValues.h"
+#include "cli/PlotOptions.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <utility>
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Command>, 5> commandNames{{
+constexpr std::array<std::pair<std::string_view, Command>, 6> commandNames{{
     {"summary", Command::summary},
     {"variables", Command::variables},
     {"messages", Command::messages},
     {"series", Command::series},
     {"plot", Command::plot},
+    {"export", Command::exportData},
 }};
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> selectors{{
@@ -23,22 +24,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 3> selectors
     {"maximum", "max"},
     {"minimum", "min"},
 }};
-
-std::string quoted(std::string_view text) {
-    return "'" + std::string(text) + "'";
-}
-
-// The whole text as a number, in no locale's manner.
-template <typename Number>
-std::optional<Number> numberFrom(std::string_view text) {
-    Number number{};
-    const char *const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end) {
-        return std::nullopt;
-    }
-    return number;
-}
 
 void setJobs(Arguments &arguments, std::string_view value) {
     arguments.jobs = numberFrom<unsigned>(value);
@@ -66,43 +51,6 @@ void setStatistic(Arguments &arguments, std::string_view value) {
     arguments.series.selector = found->second;
 }
 
-double timeFrom(std::string_view option, std::string_view value) {
-    const auto time = numberFrom<double>(value);
-    if (!time || std::isnan(*time)) {
-        throw UsageError(std::string(option) + " takes a time in UTC seconds, not " + quoted(value));
-    }
-    return *time;
-}
-
-void addKey(std::vector<std::string> &keys, std::string_view option, std::string_view value) {
-    if (value.empty()) {
-        throw UsageError(std::string(option) + " takes a variable key, not an empty text");
-    }
-    keys.emplace_back(value);
-}
-
-void setOutput(Arguments &arguments, std::string_view value) {
-    if (!isPlotFileName(QString::fromUtf8(value.data(), static_cast<int>(value.size())))) {
-        throw UsageError("--output takes a path that ends in .png, .svg or .pdf, not " + quoted(value));
-    }
-    arguments.plot.output = value;
-}
-
-void setSize(Arguments &arguments, std::string_view value) {
-    constexpr int smallest = 50;
-    constexpr int largest = 20000;
-    const auto cross = value.find('x');
-    const auto sideFrom = [&](std::string_view text) {
-        const int side = numberFrom<int>(text).value_or(0);
-        if (cross == std::string_view::npos || side < smallest || side > largest) {
-            throw UsageError("--size takes WIDTHxHEIGHT in pixels from 50 to 20000, not " + quoted(value));
-        }
-        return side;
-    };
-    arguments.plot.width = sideFrom(value.substr(0, cross));
-    arguments.plot.height = sideFrom(value.substr(cross + 1));
-}
-
 struct Option {
     std::string_view name;
     Command command; // none: an option of every command
@@ -110,7 +58,7 @@ struct Option {
     void (*apply)(Arguments &arguments, std::string_view value);
 };
 
-constexpr std::array<Option, 13> options{{
+constexpr std::array<Option, 18> options{{
     {"--zoneinfo", Command::none, true,
      [](Arguments &arguments, std::string_view value) { arguments.zoneDirectory = value; }},
     {"--jobs", Command::none, true, setJobs},
@@ -122,15 +70,27 @@ constexpr std::array<Option, 13> options{{
     {"--to", Command::series, true,
      [](Arguments &arguments, std::string_view value) { arguments.series.to = timeFrom("--to", value); }},
     {"--variable", Command::plot, true,
-     [](Arguments &arguments, std::string_view value) { addKey(arguments.plot.left, "--variable", value); }},
+     [](Arguments &arguments, std::string_view value) { addPlotVariable(arguments.plot, value); }},
     {"--right", Command::plot, true,
-     [](Arguments &arguments, std::string_view value) { addKey(arguments.plot.right, "--right", value); }},
-    {"--output", Command::plot, true, setOutput},
-    {"--size", Command::plot, true, setSize},
+     [](Arguments &arguments, std::string_view value) { addPlotRight(arguments.plot, value); }},
+    {"--output", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { setPlotOutput(arguments.plot, value); }},
+    {"--size", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { setPlotSize(arguments.plot, value); }},
     {"--from", Command::plot, true,
      [](Arguments &arguments, std::string_view value) { arguments.plot.from = timeFrom("--from", value); }},
     {"--to", Command::plot, true,
      [](Arguments &arguments, std::string_view value) { arguments.plot.to = timeFrom("--to", value); }},
+    {"--data", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportData(arguments.exporting, value); }},
+    {"--format", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportFormat(arguments.exporting, value); }},
+    {"--output", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportOutput(arguments.exporting, value); }},
+    {"--time-columns", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportTimeColumns(arguments.exporting, value); }},
+    {"--split", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportSplit(arguments.exporting, value); }},
 }};
 
 // Walks over the arguments once.
@@ -222,22 +182,13 @@ private:
             throw UsageError("series needs --variable KEY");
         }
         if (result_.command == Command::plot) {
-            requireWholePlot();
+            requireWholePlot(result_.plot);
+        }
+        if (result_.command == Command::exportData) {
+            requireWholeExport(result_.exporting);
         }
         if (result_.files.empty()) {
             throw UsageError("no FILE is given");
-        }
-    }
-
-    void requireWholePlot() const {
-        if (result_.plot.left.empty()) {
-            throw UsageError("plot needs --variable KEY");
-        }
-        if (result_.plot.output.empty()) {
-            throw UsageError("plot needs --output PATH");
-        }
-        if (!(result_.plot.from < result_.plot.to)) {
-            throw UsageError("--from must be earlier than --to");
         }
     }
 

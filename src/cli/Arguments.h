@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/Record.h"
+#include "export/ExportRequest.h"
 
 #include <optional>
 #include <stdexcept>
@@ -8,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-enum class Command { none, summary, variables, messages, series, plot };
+enum class Command { none, summary, variables, messages, series, plot, exportData };
 
 // What is wrong with the command line, for people; names the option or command in question.
 class UsageError : public std::runtime_error {
@@ -35,6 +36,14 @@ struct PlotWish {
     std::string output; // path that ends in .png, .svg or .pdf
 };
 
+// The data to export, and how.
+struct ExportWish {
+    std::string instrument;
+    std::string tag;
+    std::optional<ExportFormat> format; // as given; set for a command that runs
+    ExportRequest request;
+};
+
 // A command line, understood.
 struct Arguments {
     enum class Action { run, showHelp, showVersion };
@@ -46,6 +55,7 @@ struct Arguments {
     bool quiet = false;
     SeriesWish series;
     PlotWish plot;
+    ExportWish exporting;
     std::vector<std::string> files; // at least one for a command that runs
 };
 

@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/ExportCommand.h"
 #include "cli/FileArguments.h"
 #include "cli/OrderedLoader.h"
 #include "cli/Output.h"
@@ -7,6 +8,7 @@
 #include "cli/ProgressBar.h"
 #include "cli/StandardError.h"
 #include "data/FragmentSummary.h"
+#include "export/LoadedFileGuard.h"
 
 #include <algorithm>
 #include <array>
@@ -34,18 +36,6 @@ std::vector<std::string> filesOf(const Arguments &arguments) {
     return std::move(expanded.files);
 }
 
-// True when both names lead to one file.
-bool isSameFile(const std::string &one, const std::string &other) {
-    std::error_code error;
-    return std::filesystem::equivalent(one, other, error);
-}
-
-bool isAmongInputs(const std::string &output, const Arguments &arguments) {
-    const std::vector<std::string> inputs = expandFileArguments(arguments.files).files;
-    return std::any_of(inputs.begin(), inputs.end(),
-                       [&output](const std::string &input) { return isSameFile(input, output); });
-}
-
 std::int64_t bytesOf(const std::vector<std::string> &files) {
     std::int64_t bytes = 0;
     for (const std::string &file : files) {
@@ -57,11 +47,10 @@ std::int64_t bytesOf(const std::vector<std::string> &files) {
 }
 
 // Loads all files and hands them to `use` in the order given.
-void loadEach(const Arguments &arguments, StandardError &standardError,
+void loadEach(const Arguments &arguments, const std::vector<std::string> &files, StandardError &standardError,
               const std::function<void(const LoadedFile &)> &use) {
-    std::vector<std::string> files = filesOf(arguments);
     ProgressBar progress(standardError, "Loading", bytesOf(files));
-    OrderedLoader loader(std::move(files), arguments.jobs.value_or(defaultJobs()), progress);
+    OrderedLoader loader(files, arguments.jobs.value_or(defaultJobs()), progress);
     while (const auto file = loader.next()) {
         if (!file->report.problem.isEmpty()) {
             std::cerr << file->name << ": " << file->report.problem.toStdString() << '\n';
@@ -70,9 +59,10 @@ void loadEach(const Arguments &arguments, StandardError &standardError,
     }
 }
 
-DataSet loadMerged(const Arguments &arguments, StandardError &standardError) {
+DataSet loadMerged(const Arguments &arguments, const std::vector<std::string> &files,
+                   StandardError &standardError) {
     DataSet merged;
-    loadEach(arguments, standardError, [&merged](const LoadedFile &file) { merged.merge(file.data); });
+    loadEach(arguments, files, standardError, [&merged](const LoadedFile &file) { merged.merge(file.data); });
     return merged;
 }
 
@@ -97,8 +87,9 @@ bool hasErrors(const LoadedFile &file) {
     return file.data.checksumFailures() != 0 || !file.data.messageText().empty();
 }
 
-void printMessages(const Arguments &arguments, Output &output, StandardError &standardError) {
-    loadEach(arguments, standardError, [&](const LoadedFile &file) {
+void printMessages(const Arguments &arguments, const std::vector<std::string> &files, Output &output,
+                   StandardError &standardError) {
+    loadEach(arguments, files, standardError, [&](const LoadedFile &file) {
         for (const QString &message : messagesOf(file.data, file.report)) {
             output.write(file.name + ": " + message.toStdString() + '\n');
         }
@@ -134,31 +125,43 @@ void printSeries(const DataSet &data, const SeriesWish &wish, Output &output) {
     }
 }
 
+// An input is never replaced.
+bool mayWriteTo(const std::string &path, const std::vector<std::string> &inputs) {
+    LoadedFileGuard guard([&inputs] { return std::set<std::string>(inputs.begin(), inputs.end()); });
+    const bool isInput = guard.isLoaded(path);
+    if (isInput) {
+        std::cerr << path << ": This is one of the files to be read; nothing is written\n";
+    }
+    return !isInput;
+}
+
 } // namespace
 
 void runCommand(const Arguments &arguments, Output &output, StandardError &standardError) {
+    const std::vector<std::string> files = filesOf(arguments);
+    const auto merged = [&] { return loadMerged(arguments, files, standardError); };
     switch (arguments.command) {
     case Command::none:
         break;
     case Command::summary:
-        printSummary(loadMerged(arguments, standardError), output);
+        printSummary(merged(), output);
         break;
     case Command::variables:
-        printVariables(loadMerged(arguments, standardError), output);
+        printVariables(merged(), output);
         break;
     case Command::messages:
-        printMessages(arguments, output, standardError);
+        printMessages(arguments, files, output, standardError);
         break;
     case Command::series:
-        printSeries(loadMerged(arguments, standardError), arguments.series, output);
+        printSeries(merged(), arguments.series, output);
         break;
     case Command::plot:
-        if (isAmongInputs(arguments.plot.output, arguments)) {
-            std::cerr << arguments.plot.output
-                      << ": This is one of the files to be read; nothing is written\n";
-            break;
+        if (mayWriteTo(arguments.plot.output, files)) {
+            drawPlot(merged(), arguments.plot, standardError);
         }
-        drawPlot(loadMerged(arguments, standardError), arguments.plot, standardError);
+        break;
+    case Command::exportData:
+        exportData(merged(), files, arguments.exporting, standardError);
         break;
     }
 }

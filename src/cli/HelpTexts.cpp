@@ -15,6 +15,7 @@ Commands:
   messages   what is wrong with the files: checksum errors, parse errors
   series     the points of one variable
   plot       a picture of variables against time
+  export     the records, written to a text, TOB1 or diagnostics file
 
 Options:
   --zoneinfo DIR  folder of the compiled time zones (default: zoneinfo beside the program)
@@ -70,6 +71,23 @@ Options:
   --size WxH        pixels, of 96 to the inch (default: 1200x600)
 )";
 
+constexpr std::string_view exportHelp =
+    R"(Usage: fvqa300-cli export --data INSTRUMENT:TAG --format FORMAT --output PATH [OPTIONS] FILE...
+
+Writes all records of one kind to a file, or to a series of files, as the viewer does.
+
+Options:
+  --data INSTRUMENT:TAG  the kind of data: a variable's key up to its second ":"
+  --format FORMAT        text, tob1 or diagnostics
+  --output PATH          the file, taken as given: no extension is added. It must not be one of
+                         the files that are read
+  --time-columns MASK    of text: seconds, nanoseconds, date, time, timestamp, offset, joined by
+                         commas, or the sum of 1, 2, 4, 8, 16, 32 (default: 3)
+  --split SECONDS        begin a new file, named by the local time of its first record, each
+                         1800, 3600, 7200, 14400 or 86400 s (UTC; default: 0, one file).
+                         Diagnostics are never split
+)";
+
 } // namespace
 
 std::string_view helpText(Command command) {
@@ -86,6 +104,8 @@ std::string_view helpText(Command command) {
         return seriesHelp;
     case Command::plot:
         return plotHelp;
+    case Command::exportData:
+        return exportHelp;
     }
     return generalHelp;
 }

@@ -40,3 +40,10 @@ std::size_t AveragedSeries::firstFrom(double utcSeconds) const {
                              [utcSeconds](const RecordStamp &stamp) { return timeOf(stamp) < utcSeconds; });
     return static_cast<std::size_t>(found - stamps_.begin());
 }
+
+std::size_t AveragedSeries::firstBehind(double utcSeconds) const {
+    const auto found =
+        std::partition_point(stamps_.begin(), stamps_.end(),
+                             [utcSeconds](const RecordStamp &stamp) { return timeOf(stamp) <= utcSeconds; });
+    return static_cast<std::size_t>(found - stamps_.begin());
+}

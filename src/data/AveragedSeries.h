@@ -28,6 +28,8 @@ public:
 
     // Index of the first period whose end is not before `utcSeconds`.
     std::size_t firstFrom(double utcSeconds) const;
+    // Of the first one whose end is after `utcSeconds`.
+    std::size_t firstBehind(double utcSeconds) const;
 
 private:
     std::size_t columns_ = 0;

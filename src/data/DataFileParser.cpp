@@ -55,6 +55,7 @@ DataFileParser::DataFileParser(std::string fileName, std::string fileNameTag)
 
 void DataFileParser::setSubFileName(std::string name) {
     header_.subFileName = std::move(name);
+    ++header_.memberNumber;
     isOfEarlierMember_.fill(true);
 }
 
@@ -102,7 +103,7 @@ void DataFileParser::handleRecord(std::size_t tag, std::uint64_t offset, std::st
     }
     if (isOfEarlierMember_[tag]) {
         isOfEarlierMember_[tag] = false;
-        current_[tag]->continueIn(header_.subFileName);
+        current_[tag]->continueIn({header_.subFileName, header_.memberNumber});
     }
     current_[tag]->acceptRecord(offset, line);
 }

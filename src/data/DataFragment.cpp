@@ -10,7 +10,7 @@ DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std
     : header_(std::move(header)),
       tag_(std::move(tag)),
       timezone_(header_.timezone),
-      members_{header_.subFileName},
+      members_{{header_.subFileName, header_.memberNumber}},
       columnNames_(std::move(columnNames)),
       diagnosticNames_(std::move(diagnosticNames)),
       loading_(std::make_unique<LoadingState>(timezone_)) {}
@@ -51,9 +51,10 @@ void DataFragment::acceptRecord(std::uint64_t lineOffset, std::string_view line)
     }
 }
 
-bool DataFragment::readRecord(std::string_view line, RecordClock &clock, Record &record) const {
+bool DataFragment::readRecord(std::string_view line, const std::vector<FieldReader> &readers,
+                              RecordClock &clock, Record &record) const {
     const std::string_view fields = line.substr(std::min(line.size(), tag_.size() + 1));
-    const FieldResult result = readFields(layout_.readers, layout_.checksumSeed, fields, record);
+    const FieldResult result = readFields(readers, layout_.checksumSeed, fields, record);
     if (result == FieldResult::checksumFailure) {
         checksumFailures_.fetch_add(1, std::memory_order_relaxed);
     }

@@ -26,6 +26,13 @@ struct SourceHeader {
     std::string serialNumber;
     std::string softwareVersion;
     std::string timezone;
+    std::uint32_t memberNumber = 0; // of the archive member, in the order of reading
+};
+
+// A part of a source that is read on its own: an archive member, or a plain file as a whole.
+struct SourceMember {
+    std::string name;         // empty for a plain file
+    std::uint32_t number = 0; // in the order of reading
 };
 
 // The names of a diagnostic word's bits. The fragments of a source share them: a damaged file may hold very
@@ -64,14 +71,19 @@ public:
     // member, the end in its last.
     void setBlockBegin(std::uint64_t offset) { blockBegin_ = offset; }
     void setBlockEnd(std::uint64_t offset) { blockEnd_ = offset; }
-    // The block runs on into the archive member `subFileName`.
-    void continueIn(const std::string &subFileName) { members_.push_back(subFileName); }
+    // The block runs on into another archive member.
+    void continueIn(SourceMember member) { members_.push_back(std::move(member)); }
     // Gives back the memory that only loading needs; records that still come are dropped.
     void finishLoading();
 
     // Reads a record line, tag included, into `record`, whose time `clock` completes. False for a bad record;
     // a bad checksum is counted, also when the line is read again.
-    bool readRecord(std::string_view line, RecordClock &clock, Record &record) const;
+    bool readRecord(std::string_view line, RecordClock &clock, Record &record) const {
+        return readRecord(line, layout_.readers, clock, record);
+    }
+    // The same by other readers of the block's columns: see ColumnSelection.
+    bool readRecord(std::string_view line, const std::vector<FieldReader> &readers, RecordClock &clock,
+                    Record &record) const;
 
     const SourceHeader &header() const { return header_; }
     const std::string &tag() const { return tag_; }
@@ -84,6 +96,7 @@ public:
     const std::vector<std::string> &valueNames() const { return layout_.valueNames; }
     const std::vector<std::string> &valueUnits() const { return layout_.valueUnits; }
     std::size_t valueCount() const { return layout_.valueNames.size(); }
+    const ColumnLayout &layout() const { return layout_; }
     std::uint8_t checksumSeed() const { return layout_.checksumSeed; }
     // Index of the first value column called `name`, or -1.
     std::ptrdiff_t valueIndex(std::string_view name) const;
@@ -96,7 +109,7 @@ public:
     std::uint64_t firstOffset() const { return firstOffset_; }
     std::uint64_t endOffset() const { return endOffset_; }
     // The archive members that the block's lines lie in, the header line's first; one, mostly.
-    const std::vector<std::string> &members() const { return members_; }
+    const std::vector<SourceMember> &members() const { return members_; }
     // True when a record's time depends on the records before it: see RecordClock::hasSearchedZone.
     bool timesDependOnOrder() const {
         return loading_ ? loading_->clock.hasSearchedZone() : timesDependOnOrder_;
@@ -135,7 +148,7 @@ private:
     SourceHeader header_;
     std::string tag_;
     Timezone timezone_;
-    std::vector<std::string> members_;
+    std::vector<SourceMember> members_;
     bool timesDependOnOrder_ = false;
     mutable std::atomic<std::uint32_t> checksumFailures_ = 0;
     std::uint64_t firstOffset_ = 0;

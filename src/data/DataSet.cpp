@@ -2,7 +2,6 @@
 
 #include "data/RecordCursor.h"
 #include "data/SeriesBatch.h"
-#include "data/SeriesQuery.h"
 #include "data/VariableKey.h"
 
 #include <algorithm>
@@ -179,7 +178,8 @@ std::string DataSet::timeZoneNameOfKey(std::string_view key) const {
 
 void DataSet::series(std::string_view key, std::string_view selector, double start, double end,
                      std::vector<double> &times, std::vector<double> &values) const {
-    SeriesQuery(fragments_, key, start, end).read(selector, times, values);
+    const SeriesRequest request{std::string(key), std::string(selector)};
+    seriesOf({request}, start, end).front().appendTo(times, values);
 }
 
 std::vector<SeriesPoints> DataSet::seriesOf(const std::vector<SeriesRequest> &requests, double start,

@@ -73,10 +73,11 @@ public:
     static std::string tagOfFileName(std::string_view path);
 
     // Appends the points of the variable `key` between `start` and `end`, both inclusive (UTC seconds, or the
-    // whole-range bounds): averages for the selector "", extremes for "max" and "min". See SeriesQuery.
+    // whole-range bounds): averages for the selector "", extremes for "max" and "min". See SeriesBatch.
     void series(std::string_view key, std::string_view selector, double start, double end,
                 std::vector<double> &times, std::vector<double> &values) const;
-    // The same for each of `requests`, in their order, between the same bounds. See SeriesBatch.
+    // The same for each of `requests`, in their order, at the cost of hardly more than one: sources are read
+    // once.
     std::vector<SeriesPoints> seriesOf(const std::vector<SeriesRequest> &requests, double start,
                                        double end) const;
 

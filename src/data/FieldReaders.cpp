@@ -189,6 +189,14 @@ FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t che
             }
             break;
         }
+        case FieldReader::Kind::checkedWord: {
+            std::int64_t word = 0;
+            good = readInteger(cursor, word);
+            break;
+        }
+        case FieldReader::Kind::checkedValues:
+            good = passFloats(cursor, reader.fieldCount);
+            break;
         case FieldReader::Kind::skip:
             // A reader that needs a field follows. Without this, a header of very many skipped columns would
             // cost as much for each line, be it empty.

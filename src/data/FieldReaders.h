@@ -17,11 +17,15 @@ struct FieldReader {
         value,
         checksum,
         skip,
+        // Of columns whose values nobody wants: the field must be there all the same.
+        checkedWord,
+        checkedValues,
     };
 
     Kind kind = Kind::skip;
     std::uint32_t firstValue = 0; // index of the value that the column fills, or of its first one
     std::uint32_t flagCount = 0;  // diagnostic word: how many flag values follow the word's own
+    std::uint32_t fieldCount = 1; // checkedValues: how many columns side by side
 };
 
 enum class FieldResult : std::uint8_t { good, bad, checksumFailure };

@@ -27,3 +27,7 @@ bool readInteger(TextCursor &cursor, std::int64_t &value);
 // single precision the result is an infinity or zero. False, with the cursor anywhere, when nothing can be
 // read.
 bool readFloat(TextCursor &cursor, float &value);
+
+// Passes over `count` numbers one behind the other. Moves the cursor, and fails, exactly as readFloat() does
+// when it is called for each of them, but turns nothing into numbers.
+bool passFloats(TextCursor &cursor, std::uint32_t count);

@@ -1,67 +1,29 @@
 #include "data/RecordCursor.h"
 
-#include <algorithm>
-#include <cmath>
 #include <iostream>
-#include <limits>
-
-namespace {
-
-// `utcSeconds` as whole seconds, held to the range of a record's time; 0 for what is not a number.
-std::uint32_t wholeSeconds(double utcSeconds) {
-    constexpr double latest = std::numeric_limits<std::uint32_t>::max();
-    return utcSeconds > 0 ? static_cast<std::uint32_t>(std::min(std::floor(utcSeconds), latest)) : 0;
-}
-
-// The bounds as they limit one fragment's reading. A clock may have stood at zero for the first records,
-// whose time the fragment does not keep, or beyond the end marker for some: the markers limit nothing.
-double narrowedStart(const DataFragment &fragment, double start) {
-    return start <= wholeRangeStart ? wholeRangeStart : std::max(start, fragment.firstTime());
-}
-double narrowedEnd(const DataFragment &fragment, double end) {
-    return end == wholeRangeEnd ? fragment.latestTime() : std::min(end, fragment.latestTime());
-}
-
-} // namespace
-
-std::uint64_t startOffsetFor(const DataFragment &fragment, double start) {
-    std::uint64_t offset = fragment.firstOffset();
-    if (start != wholeRangeStart) {
-        offset = fragment.halfHourIndex().offsetFor(wholeSeconds(start), offset);
-    }
-    return std::min(offset, fragment.endOffset());
-}
-
-std::uint64_t endOffsetFor(const DataFragment &fragment, double end) {
-    std::uint64_t offset = fragment.endOffset();
-    if (end != wholeRangeEnd) {
-        offset = fragment.halfHourIndex().offsetBehind(std::ceil(end), offset);
-    }
-    return std::max(offset, fragment.firstOffset());
-}
 
 DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end)
     : fragment_(fragment),
-      end_(narrowedEnd(fragment, end)),
+      bounds_(narrowedTo(fragment, start, end)),
       prefix_(fragment.tag() + '\t'),
       clock_(fragment.timezone()) {
     record_.values.resize(fragment.valueCount());
-    const double narrowed = narrowedStart(fragment, start);
-    if (record_.values.empty() || !(narrowed <= end_) || !open(narrowed)) {
+    if (record_.values.empty() || bounds_.areEmpty() || !open()) {
         exhaust();
         return;
     }
     do {
         advance();
-    } while (!isExhausted() && timeOf(record_) < narrowed);
+    } while (!isExhausted() && timeOf(record_) < bounds_.start);
 }
 
-bool DataFragment::_ContextType::open(double start) {
+bool DataFragment::_ContextType::open() {
     // The index speaks of one member only.
     if (fragment_.members().size() > 1) {
         return openMember(0, fragment_.blockBegin());
     }
-    return openMember(0, startOffsetFor(fragment_, fragment_.timesDependOnOrder() ? wholeRangeStart : start));
+    const double from = fragment_.timesDependOnOrder() ? wholeRangeStart : bounds_.start;
+    return openMember(0, startOffsetFor(fragment_, from));
 }
 
 bool DataFragment::_ContextType::openMember(std::size_t index, std::uint64_t offset) {
@@ -71,7 +33,7 @@ bool DataFragment::_ContextType::openMember(std::size_t index, std::uint64_t off
     // byte earlier and passing over the first line end loses nothing when the offset is true.
     const bool isBehindLine = offset > 0;
     if (lines_.open(QString::fromStdString(header.fileName),
-                    QString::fromStdString(fragment_.members()[index]),
+                    QString::fromStdString(fragment_.members()[index].name),
                     static_cast<qint64>(isBehindLine ? offset - 1 : offset))) {
         return !isBehindLine || lines_.nextLine();
     }
@@ -80,7 +42,7 @@ bool DataFragment::_ContextType::openMember(std::size_t index, std::uint64_t off
 }
 
 void DataFragment::_ContextType::advance() {
-    if (!isExhausted() && (!readNext() || timeOf(record_) > end_)) {
+    if (!isExhausted() && (!readNext() || timeOf(record_) > bounds_.end)) {
         exhaust();
     }
 }

@@ -2,6 +2,7 @@
 
 #include "data/DataFragment.h"
 #include "data/DataSet.h"
+#include "data/ReadingBounds.h"
 #include "loading/lines/ChunkLineReader.h"
 
 #include <cstdint>
@@ -9,11 +10,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-// Byte offsets, as the line reader reports them, between which a fragment's records from `start` to `end`
-// (UTC seconds, or the whole-range bounds) are read.
-std::uint64_t startOffsetFor(const DataFragment &fragment, double start);
-std::uint64_t endOffsetFor(const DataFragment &fragment, double end);
 
 // Reads the records of one fragment between two times again from its source, in source order.
 //
@@ -31,7 +27,7 @@ public:
     void advance();
 
 private:
-    bool open(double start);
+    bool open();
     bool openMember(std::size_t index, std::uint64_t offset);
     bool readNext();
     bool isOwnLine() const;
@@ -39,7 +35,7 @@ private:
     void exhaust();
 
     const DataFragment &fragment_;
-    double end_;
+    TimeBounds bounds_;
     std::string prefix_; // the tag and its tab
     RecordClock clock_;
     ChunkLineReader lines_;

@@ -1,19 +1,17 @@
 #include "data/SeriesQuery.h"
 
 #include "data/FragmentList.h"
-#include "data/RecordCursor.h"
-#include "data/VariableKey.h"
+#include "data/ReadingBounds.h"
 
+#include <algorithm>
 #include <array>
-#include <optional>
 
 namespace {
 
 // A level serves spans longer than this, so that a plot gets a few thousand points at most from each
-// fragment. Tuned values, from the longest period to the shortest, in seconds.
+// fragment. Tuned values, from the shortest period to the longest, in seconds.
 constexpr std::array<double, DataFragment::periods.size()> shortestSpans{5000, 300000, 1500000, 9000000};
 
-// The level for a span of time; nothing when the records themselves are to be read.
 std::optional<std::size_t> levelFor(double span) {
     for (std::size_t level = shortestSpans.size(); level-- > 0;) {
         if (span > shortestSpans[level]) {
@@ -23,41 +21,23 @@ std::optional<std::size_t> levelFor(double span) {
     return std::nullopt;
 }
 
-std::optional<Statistic> statisticOf(std::string_view selector) {
-    if (selector.empty()) {
-        return Statistic::average;
-    }
-    if (selector == "max") {
-        return Statistic::maximum;
-    }
-    if (selector == "min") {
-        return Statistic::minimum;
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
-SeriesQuery::SeriesQuery(const FragmentList &fragments, std::string_view key, double start, double end)
-    : start_(start), end_(end) {
-    const auto parts = splitVariableKey(key);
-    if (!parts) {
-        return;
-    }
+SeriesQuery::SeriesQuery(const FragmentList &fragments, std::string_view instrument, std::string_view tag,
+                         const std::vector<std::string> &columns, double start, double end)
+    : start_(start), end_(end), columnCount_(columns.size()) {
     if (start == wholeRangeStart || end == wholeRangeEnd) {
-        resolveWholeRange(fragments, parts->instrument, parts->tag);
+        resolveWholeRange(fragments, instrument, tag);
     }
+    level_ = levelFor(end_ - start_);
     // Also false when a bound is not a number.
     if (!(start_ <= end_)) {
         return;
     }
     for (const auto &fragment : fragments) {
-        if (!fragment->isOf(parts->instrument, parts->tag)) {
-            continue;
-        }
-        const std::ptrdiff_t column = fragment->valueIndex(parts->column);
-        if (column >= 0) {
-            parts_.push_back({fragment, static_cast<std::size_t>(column)});
+        // Records are read again from files, of which there may be very many outside the bounds.
+        if (fragment->isOf(instrument, tag) && (level_ || !narrowedTo(*fragment, start_, end_).areEmpty())) {
+            pick(fragment, columns);
         }
     }
 }
@@ -85,37 +65,39 @@ void SeriesQuery::resolveWholeRange(const FragmentList &fragments, std::string_v
     }
 }
 
-void SeriesQuery::read(std::string_view selector, std::vector<double> &times,
-                       std::vector<double> &values) const {
-    const auto level = levelFor(end_ - start_);
-    const auto statistic = statisticOf(selector);
-    for (const Part &part : parts_) {
-        if (!level) {
-            readRecords(part, times, values);
-        } else if (statistic) {
-            readSeries(part, *level, *statistic, times, values);
-        }
+void SeriesQuery::pick(const std::shared_ptr<const DataFragment> &fragment,
+                       const std::vector<std::string> &columns) {
+    const auto before = static_cast<std::ptrdiff_t>(valueColumns_.size());
+    for (const std::string &column : columns) {
+        valueColumns_.push_back(fragment->valueIndex(column));
     }
+    const auto added = valueColumns_.begin() + before;
+    if (std::all_of(added, valueColumns_.end(), [](std::ptrdiff_t column) { return column < 0; })) {
+        valueColumns_.erase(added, valueColumns_.end());
+        return;
+    }
+    fragments_.push_back(fragment);
 }
 
-void SeriesQuery::readRecords(const Part &part, std::vector<double> &times,
-                              std::vector<double> &values) const {
-    for (DataFragment::_ContextType reader(*part.fragment, start_, end_); !reader.isExhausted();
-         reader.advance()) {
-        times.push_back(timeOf(reader.record()));
-        values.push_back(reader.record().values[part.column]);
-    }
+std::optional<std::uint32_t> SeriesQuery::valueColumn(std::size_t part, std::size_t column) const {
+    const std::ptrdiff_t found = valueColumns_[part * columnCount_ + column];
+    return found < 0 ? std::nullopt : std::optional(static_cast<std::uint32_t>(found));
 }
 
-void SeriesQuery::readSeries(const Part &part, std::size_t level, Statistic statistic,
-                             std::vector<double> &times, std::vector<double> &values) const {
-    const AveragedSeries &series = part.fragment->series(level);
-    for (std::size_t i = series.firstFrom(start_); i < series.size(); ++i) {
-        const double time = timeOf(series.stamps()[i]);
-        if (time > end_) {
-            break;
+std::vector<std::uint32_t> SeriesQuery::valueColumns(std::size_t part) const {
+    std::vector<std::uint32_t> found;
+    for (std::size_t column = 0; column < columnCount_; ++column) {
+        if (const auto valueIndex = valueColumn(part, column)) {
+            found.push_back(*valueIndex);
         }
-        times.push_back(time);
-        values.push_back(series.value(statistic, i, part.column));
     }
+    return found;
+}
+
+std::size_t SeriesQuery::placeOf(std::size_t part, std::size_t column) const {
+    std::size_t place = 0;
+    for (std::size_t before = 0; before < column; ++before) {
+        place += valueColumn(part, before) ? 1U : 0U;
+    }
+    return place;
 }

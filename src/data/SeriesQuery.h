@@ -1,37 +1,50 @@
 #pragma once
 
+#include "data/BlockPoints.h"
 #include "data/DataFragment.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 class FragmentList;
 
-// The points of one variable between two times: which fragments give them, and at which level.
+// Which fragments give the points of some columns of one instrument and tag between two times, and at which
+// level.
 //
-// Made under the lock of the data set that owns the list, read without it: the fragments are shared.
+// Made under the lock of the data set that owns the list, used without it: the fragments are shared.
 class SeriesQuery {
 public:
-    // `key` is a variable key; `start` and `end` are UTC seconds or the whole-range bounds.
-    SeriesQuery(const FragmentList &fragments, std::string_view key, double start, double end);
+    // `start` and `end` are UTC seconds or the whole-range bounds.
+    SeriesQuery(const FragmentList &fragments, std::string_view instrument, std::string_view tag,
+                const std::vector<std::string> &columns, double start, double end);
 
-    // Appends the points' times (UTC seconds) and values. `selector` is empty for the averages, "max" or
-    // "min"; any other gives no points. Short spans are read again from the sources, whatever the selector.
-    void read(std::string_view selector, std::vector<double> &times, std::vector<double> &values) const;
+    double start() const { return start_; }
+    double end() const { return end_; }
+    // The level of the averaged series that give the points; nothing when the records themselves do.
+    std::optional<std::size_t> level() const { return level_; }
+
+    // The fragments that give points, in the list's order.
+    std::size_t size() const { return fragments_.size(); }
+    const DataFragment &fragment(std::size_t part) const { return *fragments_[part]; }
+    // Index of the column's first value column in that fragment; nothing when the fragment has none.
+    std::optional<std::uint32_t> valueColumn(std::size_t part, std::size_t column) const;
+    // Those of all columns that the fragment has, in their order, and the column's place among them.
+    std::vector<std::uint32_t> valueColumns(std::size_t part) const;
+    std::size_t placeOf(std::size_t part, std::size_t column) const;
 
 private:
-    struct Part {
-        std::shared_ptr<const DataFragment> fragment;
-        std::size_t column;
-    };
-
     void resolveWholeRange(const FragmentList &fragments, std::string_view instrument, std::string_view tag);
-    void readRecords(const Part &part, std::vector<double> &times, std::vector<double> &values) const;
-    void readSeries(const Part &part, std::size_t level, Statistic statistic, std::vector<double> &times,
-                    std::vector<double> &values) const;
+    void pick(const std::shared_ptr<const DataFragment> &fragment, const std::vector<std::string> &columns);
 
     double start_;
     double end_;
-    std::vector<Part> parts_;
+    std::optional<std::size_t> level_;
+    std::size_t columnCount_;
+    std::vector<std::shared_ptr<const DataFragment>> fragments_;
+    std::vector<std::ptrdiff_t> valueColumns_; // columnCount_ for each fragment, -1 for none
 };

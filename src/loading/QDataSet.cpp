@@ -2,7 +2,6 @@
 
 #include "data/LockGuards.h"
 #include "data/SeriesBatch.h"
-#include "data/SeriesQuery.h"
 #include "loading/FileLoading.h"
 #include "loading/QDataSetThread.h"
 
@@ -186,11 +185,7 @@ std::string QDataSet::timeZoneNameOfKey(const std::string &key) const {
 
 void QDataSet::series(const std::string &key, const std::string &selector, double start, double end,
                       std::vector<double> &times, std::vector<double> &values) const {
-    const auto query = [&] {
-        const ReadGuard guard(lock_);
-        return SeriesQuery(dataSet_.fragments(), key, start, end);
-    }();
-    query.read(selector, times, values);
+    seriesOf({{key, selector}}, start, end).front().appendTo(times, values);
 }
 
 std::vector<SeriesPoints> QDataSet::seriesOf(const std::vector<SeriesRequest> &requests, double start,

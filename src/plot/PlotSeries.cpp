@@ -3,8 +3,6 @@
 #include "data/Record.h"
 #include "loading/QDataSet.h"
 
-#include <cmath>
-
 namespace {
 
 std::vector<SeriesRequest> requestsOf(std::span<PlotSeries *const> series) {
@@ -22,10 +20,6 @@ SeriesPoints readOne(const QDataSet &dataSet, const SeriesRequest &request, doub
 
 } // namespace
 
-bool isDrawable(double value) {
-    return std::abs(value) < std::numeric_limits<double>::max();
-}
-
 PlotSeries::PlotSeries(const QDataSet &dataSet, const std::string &key, const std::string &selector)
     : PlotSeries(dataSet, {key, selector},
                  readOne(dataSet, {key, selector}, wholeRangeStart, wholeRangeEnd)) {}
@@ -34,9 +28,11 @@ PlotSeries::PlotSeries(const QDataSet &dataSet, const SeriesRequest &request, Se
     : dataSet_(&dataSet), request_(request) {
     takeEverything(std::move(everything));
     dataSet.valueRange(request.key, wholeRange_.low, wholeRange_.high);
-    if (!wholeRange_.isEmpty()) {
-        wholeRange_.low = isDrawable(wholeRange_.low) ? wholeRange_.low : loadedRange_.low;
-        wholeRange_.high = isDrawable(wholeRange_.high) ? wholeRange_.high : loadedRange_.high;
+    const bool isFinite = isDrawable(wholeRange_.low) && isDrawable(wholeRange_.high);
+    if (!wholeRange_.isEmpty() && !isFinite) {
+        const Extent loaded = loadedRange();
+        wholeRange_.low = isDrawable(wholeRange_.low) ? wholeRange_.low : loaded.low;
+        wholeRange_.high = isDrawable(wholeRange_.high) ? wholeRange_.high : loaded.high;
     }
 }
 
@@ -49,7 +45,7 @@ void PlotSeries::loadWindow(double from, double to) {
 }
 
 void PlotSeries::takeEverything(SeriesPoints points) {
-    take(std::move(points));
+    points_ = std::move(points);
     window_ = {};
     // A clock may have stepped back: the last point is not always the latest.
     for (const double time : times()) {
@@ -61,18 +57,18 @@ void PlotSeries::takeEverything(SeriesPoints points) {
 }
 
 void PlotSeries::takeWindow(double from, double to, SeriesPoints points) {
-    take(std::move(points));
+    points_ = std::move(points);
     window_ = {from, to};
 }
 
-void PlotSeries::take(SeriesPoints points) {
-    points_ = std::move(points);
-    loadedRange_ = {};
+Extent PlotSeries::loadedRange() const {
+    Extent range;
     for (const double value : values()) {
         if (isDrawable(value)) {
-            loadedRange_.include(value);
+            range.include(value);
         }
     }
+    return range;
 }
 
 void loadEverything(const QDataSet &dataSet, std::span<PlotSeries *const> series) {

@@ -3,6 +3,8 @@
 #include "data/SeriesPoints.h"
 #include "plot/Extent.h"
 
+#include <cmath>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -34,26 +36,25 @@ public:
     // Of the whole variable, whatever the window. A bound that the data give as infinite is that of the
     // points which can be drawn.
     const Extent &wholeRange() const { return wholeRange_; }
-    // Of the loaded points that can be drawn.
-    const Extent &loadedRange() const { return loadedRange_; }
+    // Of the loaded points that can be drawn; looks at each of them.
+    Extent loadedRange() const;
 
     // Takes the points of the whole range or of a window from a reading that serves several series.
     void takeEverything(SeriesPoints points);
     void takeWindow(double from, double to, SeriesPoints points);
 
 private:
-    void take(SeriesPoints points);
-
     const QDataSet *dataSet_;
     SeriesRequest request_;
     SeriesPoints points_;
     Extent window_;
     Extent wholeRange_;
-    Extent loadedRange_;
 };
 
 // False for what no curve can show: not-a-number, infinities, and the extremes of a period without a number.
-bool isDrawable(double value);
+inline bool isDrawable(double value) {
+    return std::abs(value) < std::numeric_limits<double>::max();
+}
 
 // Load all the series in one reading of the sources.
 void loadEverything(const QDataSet &dataSet, std::span<PlotSeries *const> series);

@@ -4,7 +4,6 @@
 #include "loading/QDataSet.h"
 #include "plot/CurveColours.h"
 #include "plot/GappedCurve.h"
-#include "plot/PlotCurveData.h"
 #include "plot/TimeScaleDraw.h"
 #include "plot/TimeScaleEngine.h"
 
@@ -111,9 +110,8 @@ void TimeSeriesPlot::addCurve(std::unique_ptr<PlotSeries> series, const QString 
                               Side side) {
     QwtText text(title, QwtText::PlainText);
     text.setColor(pen.color());
-    auto *curve = new GappedCurve(text);
+    auto *curve = new GappedCurve(text, *series);
     curve->setPen(pen);
-    curve->setData(new PlotDialog::_QwtPlotData(*series));
     if (side == Side::right) {
         curve->setYAxis(yRight);
         enableAxis(yRight);

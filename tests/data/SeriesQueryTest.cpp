@@ -1,5 +1,4 @@
-#include "data/SeriesQuery.h"
-
+#include "data/SeriesBatch.h"
 #include "support/LoadedSource.h"
 #include "support/RecordComparison.h"
 #include "support/ScratchFolder.h"
@@ -326,10 +325,8 @@ TEST_F(SeriesQueryTest, TheBlocksOfOneTagInOneFileAreReadWithTheirOwnColumnsEach
 
 TEST_F(SeriesQueryTest, PointsMayBeReadAfterTheSetChanged) {
     load("a.data", blockOf(begin, 10, 100));
-    const SeriesQuery query(dataSet_.fragments(), "Q:DATA:A", begin, begin + 50.0);
+    const SeriesBatch batch(dataSet_.fragments(), {{"Q:DATA:A", ""}}, begin, begin + 50.0);
     dataSet_.removeFile(folder_.pathOf("a.data"));
     ASSERT_TRUE(dataSet_.fragments().empty());
-    Points points;
-    query.read("", points.times, points.values);
-    EXPECT_EQ(points.times.size(), 6U);
+    EXPECT_EQ(batch.read().at(0).times->size(), 6U);
 }

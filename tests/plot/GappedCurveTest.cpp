@@ -1,6 +1,8 @@
 #include "plot/GappedCurve.h"
 
+#include "loading/QDataSet.h"
 #include "plot/PlotPixels.h"
+#include "plot/PlotSeries.h"
 
 #include <QtTest>
 #include <qwt_scale_map.h>
@@ -24,18 +26,27 @@ QwtScaleMap mapTo(double from, double to, double end) {
     return map;
 }
 
-// A red line through the values, at x = 0, 10, 20 ...
-QImage drawn(const std::vector<double> &values, int from = 0, int to = -1) {
-    QVector<QPointF> points;
-    for (const double value : values) {
-        points.append(QPointF(points.size() * spacing, value));
+// Points at x = 0, 10, 20 ...
+PlotSeries seriesOf(const std::vector<double> &values) {
+    static const QDataSet nothing;
+    std::vector<double> times;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        times.push_back(static_cast<double>(i) * spacing);
     }
-    const int width = (points.size() + 1) * spacing;
+    return {nothing,
+            {"", ""},
+            {std::make_shared<const std::vector<double>>(times),
+             std::make_shared<const std::vector<double>>(values)}};
+}
+
+// A red line through the values.
+QImage drawn(const std::vector<double> &values, int from = 0, int to = -1) {
+    const int width = static_cast<int>(values.size() + 1) * spacing;
     QImage image(width, height, QImage::Format_RGB32);
     image.fill(Qt::white);
-    GappedCurve curve(QwtText("curve"));
+    const PlotSeries series = seriesOf(values);
+    GappedCurve curve(QwtText("curve"), series);
     curve.setPen(QPen(Qt::red, 0));
-    curve.setSamples(points);
     QPainter painter(&image);
     curve.drawSeries(&painter, mapTo(0, width, width), mapTo(height, 0, height), QRectF(image.rect()), from,
                      to);
@@ -49,7 +60,8 @@ class GappedCurveTest : public QObject {
 
 private Q_SLOTS:
     void isALineThatFiltersPointsOfTheSamePixel() {
-        const GappedCurve curve(QwtText("curve"));
+        const PlotSeries series = seriesOf({});
+        const GappedCurve curve(QwtText("curve"), series);
         QCOMPARE(curve.style(), QwtPlotCurve::Lines);
         QVERIFY(curve.testPaintAttribute(QwtPlotCurve::FilterPoints));
     }

@@ -64,10 +64,10 @@ bool ChunkLineReader::open(const QString &path, const QString &member, qint64 st
     return openDevice(std::move(file), startOffset);
 }
 
-bool ChunkLineReader::openMember(QuaZip &archive, const QString &member) {
+bool ChunkLineReader::openMember(QuaZip &archive, const QString &member, qint64 startOffset) {
     close();
     archive.setCurrentFile(member);
-    return openZipped(std::make_unique<QuaZipFile>(&archive), member, 0);
+    return openZipped(std::make_unique<QuaZipFile>(&archive), member, startOffset);
 }
 
 bool ChunkLineReader::openZipped(std::unique_ptr<QuaZipFile> file, const QString &member,
@@ -231,6 +231,22 @@ void ChunkLineReader::noteLongLine() {
     problem_ = QStringLiteral("A line of more than %1 bytes ends the reading at byte %2")
                    .arg(maximumLineLength)
                    .arg(lineOffset() + shortfall_);
+}
+
+void ChunkLineReader::jumpTo(std::uint64_t offset) {
+    if (dataEnd_ == nullptr || device_->isSequential()) {
+        return;
+    }
+    // One byte earlier, so that the line's begin shows.
+    const qint64 target = static_cast<qint64>(offset) - 1;
+    if (target < dataEnd_ - buffer_ + base_ + static_cast<qint64>(shortfall_)) {
+        return;
+    }
+    dataEnd_ = lineBegin_ = lineEnd_ = next_ = nullptr;
+    shortfall_ = 0;
+    if (skipToStart(target) && fill(target)) {
+        nextLine();
+    }
 }
 
 bool ChunkLineReader::skip(qint64 count) {

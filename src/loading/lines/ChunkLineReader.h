@@ -29,9 +29,9 @@ public:
     // Opens the plain file `path`, or its archive member `member` when that is not empty, at byte
     // `startOffset` of the uncompressed bytes. False when it cannot be opened: problem() then says why.
     bool open(const QString &path, const QString &member, qint64 startOffset = 0);
-    // Opens a member, from its start, of an archive that is open itself and outlives the reading. Members
-    // read one after the other this way do not each search the archive's directory from its begin.
-    bool openMember(QuaZip &archive, const QString &member);
+    // Opens a member of an archive that is open itself and outlives the reading. Members read one after the
+    // other this way do not each search the archive's directory from its begin.
+    bool openMember(QuaZip &archive, const QString &member, qint64 startOffset = 0);
     // The same over any device that is open for reading.
     bool openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset = 0);
 
@@ -45,6 +45,10 @@ public:
     std::uint64_t lineOffset() const;
     // By how much lineOffset() falls short of the line's true offset, in bytes.
     std::uint64_t shortfall() const { return shortfall_; }
+
+    // Leaves out lines that begin before the true offset `offset`, when they have not been read yet and the
+    // device can move: no line at or behind it is lost, but lines before it may still come.
+    void jumpTo(std::uint64_t offset);
 
     // Passes over `count` bytes; false when fewer are left in the present data and one refill.
     bool skip(qint64 count);

@@ -1,0 +1,135 @@
+#include "data/SourcePass.h"
+
+#include "loading/lines/ChunkLineReader.h"
+
+#include <QFileInfo>
+#include <quazip.h>
+
+#include <algorithm>
+#include <iostream>
+#include <limits>
+
+namespace {
+
+// Gives the lines of one archive member, or plain file, to the blocks that they may belong to.
+class LineDispatch {
+public:
+    explicit LineDispatch(std::vector<BlockPoints *> blocks) : blocks_(std::move(blocks)) {
+        std::sort(blocks_.begin(), blocks_.end(), [](const BlockPoints *a, const BlockPoints *b) {
+            return a->linesBegin() < b->linesBegin();
+        });
+        next_ = blocks_.begin();
+    }
+
+    std::uint64_t firstOffset() const { return blocks_.front()->linesBegin(); }
+
+    const std::vector<BlockPoints *> &blocks() const { return blocks_; }
+
+    void run(ChunkLineReader &lines) {
+        while (!active_.empty() || next_ != blocks_.end()) {
+            if (active_.empty()) {
+                lines.jumpTo((*next_)->linesBegin());
+            }
+            if (!lines.nextLine()) {
+                return;
+            }
+            const std::uint64_t offset = lines.lineOffset() + lines.shortfall();
+            if (offset >= nextChange_) {
+                changeBlocksAt(offset);
+            }
+            std::erase_if(active_, [&](BlockPoints *block) { return !block->takeLine(lines.line()); });
+        }
+    }
+
+private:
+    void changeBlocksAt(std::uint64_t offset) {
+        for (; next_ != blocks_.end() && (*next_)->linesBegin() <= offset; ++next_) {
+            active_.push_back(*next_);
+        }
+        std::erase_if(active_, [&](const BlockPoints *block) { return block->linesEnd() <= offset; });
+        nextChange_ =
+            next_ == blocks_.end() ? std::numeric_limits<std::uint64_t>::max() : (*next_)->linesBegin();
+        for (const BlockPoints *block : active_) {
+            nextChange_ = std::min(nextChange_, block->linesEnd());
+        }
+    }
+
+    std::vector<BlockPoints *> blocks_;         // by the offset of their first line
+    std::vector<BlockPoints *>::iterator next_; // the first one whose lines have not come yet
+    std::vector<BlockPoints *> active_;
+    std::uint64_t nextChange_ = 0; // offset at which a block begins or ends
+};
+
+// A file whose members are read one after the other. An archive is opened once.
+class SourceFile {
+public:
+    explicit SourceFile(const std::string &name) : name_(QString::fromStdString(name)), archive_(name_) {}
+
+    // Opens a member so that the first line to come is the first one that begins at `offset` or behind it.
+    bool open(ChunkLineReader &lines, const std::string &member, std::uint64_t offset) {
+        // An offset that falls short may lie within a line, whose rest must not pass for a whole one.
+        const auto from = static_cast<qint64>(std::max<std::uint64_t>(offset, 1) - 1);
+        if (!openAt(lines, QString::fromStdString(member), from)) {
+            return false;
+        }
+        if (offset > 0) {
+            lines.nextLine();
+        }
+        return true;
+    }
+
+private:
+    bool openAt(ChunkLineReader &lines, const QString &member, qint64 from) {
+        if (member.isEmpty() || !openArchive()) {
+            return lines.open(name_, member, from); // which says why when it fails
+        }
+        return lines.openMember(archive_, member, from);
+    }
+
+    // Opening a pipe would wait for its writer.
+    bool openArchive() {
+        return archive_.isOpen() || (QFileInfo(name_).isFile() && archive_.open(QuaZip::mdUnzip));
+    }
+
+    QString name_;
+    QuaZip archive_;
+};
+
+} // namespace
+
+void SourcePass::add(BlockPoints &block) {
+    const SourceMember &member = block.member();
+    waiting_[{block.fragment().header().fileName, member.number, member.name}].push_back(&block);
+}
+
+void SourcePass::run() {
+    while (!waiting_.empty()) {
+        readFile(waiting_.begin()->first.fileName);
+    }
+}
+
+// By value: the name outlives the entries that hold it.
+void SourcePass::readFile(std::string fileName) {
+    SourceFile file(fileName);
+    bool hasProblem = false;
+    while (!waiting_.empty() && waiting_.begin()->first.fileName == fileName) {
+        auto node = waiting_.extract(waiting_.begin());
+        LineDispatch dispatch(std::move(node.mapped()));
+        ChunkLineReader lines;
+        if (file.open(lines, node.key().member, dispatch.firstOffset())) {
+            dispatch.run(lines);
+            addNextMembersOf(dispatch.blocks());
+        } else if (!hasProblem) {
+            hasProblem = true;
+            std::cerr << fileName + ": " + lines.problem().toStdString() + '\n' << std::flush;
+        }
+    }
+}
+
+void SourcePass::addNextMembersOf(const std::vector<BlockPoints *> &blocks) {
+    for (BlockPoints *const block : blocks) {
+        if (block->goToNextMember()) {
+            add(*block);
+        }
+    }
+}

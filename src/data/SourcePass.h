@@ -1,0 +1,37 @@
+#pragma once
+
+#include "data/BlockPoints.h"
+
+#include <compare>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+// Reads sources once for any number of blocks in them, in whatever order the blocks were added.
+//
+// A source is opened only when a block in it was added, and read from the first line that one of its blocks
+// needs to the last one, except for stretches that none needs. One that cannot be opened any more gives no
+// points, and one line on standard error.
+class SourcePass {
+public:
+    // Adds a block, which must outlive the pass.
+    void add(BlockPoints &block);
+    // Gives all blocks their lines.
+    void run();
+
+private:
+    // Archive members in the order in which a block may run over them.
+    struct Place {
+        std::string fileName;
+        std::uint32_t memberNumber = 0;
+        std::string member;
+
+        auto operator<=>(const Place &) const = default;
+    };
+
+    void readFile(std::string fileName);
+    void addNextMembersOf(const std::vector<BlockPoints *> &blocks);
+
+    std::map<Place, std::vector<BlockPoints *>> waiting_;
+};
