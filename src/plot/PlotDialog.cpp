@@ -155,7 +155,7 @@ void PlotDialog::makeActions() {
     addZoom(horizontalButton_, {}, SLOT(OnAutoScaleHorizontal()));
     addZoom(verticalButton_, {}, SLOT(OnAutoScaleVertical()));
     addSeparator();
-    add(tr("Close"), Qt::Key_Escape, SLOT(reject()));
+    add(tr("Close"), Qt::Key_Escape, SLOT(giveUpOrClose()));
 }
 
 void PlotDialog::connectAll() {
@@ -375,11 +375,11 @@ void PlotDialog::savePicture() {
 }
 
 // The key that closes the window also gives up a rectangle that is being drawn.
-void PlotDialog::reject() {
+void PlotDialog::giveUpOrClose() {
     if (zoomer_->isActive()) {
         zoomer_->abandon();
     } else {
-        QDialog::reject();
+        close();
     }
 }
 
@@ -389,7 +389,7 @@ void PlotDialog::tell(const QString &title, const QString &problem) {
     }
 }
 
-// The right button goes back one zoom level on the canvas. At the base there is none, so that it shows the
+// The right button goes back to the base on the canvas. There it has nothing to do, so that it shows the
 // menu there, as it does everywhere else.
 void PlotDialog::contextMenuEvent(QContextMenuEvent *event) {
     const QWidget *canvas = plot_->canvas();

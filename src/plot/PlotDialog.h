@@ -48,7 +48,7 @@ public Q_SLOTS:
 
     void copyPicture();
     void savePicture();
-    void reject() override;
+    void giveUpOrClose();
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
