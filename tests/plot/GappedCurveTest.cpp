@@ -7,6 +7,7 @@
 #include <QtTest>
 #include <qwt_scale_map.h>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -115,6 +116,22 @@ private Q_SLOTS:
     void nothingButGapsDrawsNothing() {
         QVERIFY(inkedColumns(drawn({noNumber, infinity, largest}), Qt::red).isEmpty());
         QVERIFY(inkedColumns(drawn({}), Qt::red).isEmpty());
+    }
+
+    void aGapStaysInALineOfManyPointsToAPixel() {
+        std::vector<double> values(20000, 30);
+        std::fill(values.begin() + 8000, values.begin() + 12000, noNumber);
+        QImage image(100, height, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        const PlotSeries series = seriesOf(values);
+        GappedCurve curve(QwtText("curve"), series);
+        curve.setPen(QPen(Qt::red, 0));
+        QPainter painter(&image);
+        curve.draw(&painter, mapTo(0, 100, 20000 * spacing), mapTo(height, 0, height), QRectF(image.rect()));
+        const ColumnRanges ranges = inkedColumns(image, Qt::red);
+        QCOMPARE(ranges.size(), 2);
+        QVERIFY(qAbs(ranges[0].second - 40) <= 1);
+        QVERIFY(qAbs(ranges[1].first - 60) <= 1);
     }
 
     void aPartOfTheCurveCanBeDrawnAlone() {
