@@ -38,8 +38,10 @@ constexpr int longestKey = 4096;
 QLineEdit *makeYEdit(const QString &accessibleName) {
     auto *edit = new QLineEdit;
     auto *validator = new QDoubleValidator(edit);
-    // A decimal point in every locale, as the texts are written and read.
-    validator->setLocale(QLocale::c());
+    // A decimal point in every locale and no comma, as the texts are written and read.
+    QLocale locale = QLocale::c();
+    locale.setNumberOptions(QLocale::RejectGroupSeparator);
+    validator->setLocale(locale);
     edit->setValidator(validator);
     edit->setAccessibleName(accessibleName);
     // A variable dropped here is meant for the plot.
@@ -62,7 +64,6 @@ QString yText(double value) {
 
 PlotDialog::PlotDialog(QWidget *parent, const QDataSet *dataSet, const QString &key)
     : QDialog(parent),
-      dataSet_(dataSet),
       plot_(new TimeSeriesPlot(*dataSet, key, this)),
       zoomer_(new PlotZoomer(plot_->canvas(), plot_->timezone())) {
     setAttribute(Qt::WA_DeleteOnClose);
@@ -154,7 +155,7 @@ void PlotDialog::makeActions() {
     addZoom(horizontalButton_, {}, SLOT(OnAutoScaleHorizontal()));
     addZoom(verticalButton_, {}, SLOT(OnAutoScaleVertical()));
     addSeparator();
-    add(tr("Close"), Qt::Key_Escape, SLOT(reject()));
+    add(tr("Close"), Qt::Key_Escape, SLOT(giveUpOrClose()));
 }
 
 void PlotDialog::connectAll() {
@@ -297,7 +298,8 @@ void PlotDialog::OnYMinMaxApplyClicked() {
     }
     const auto [low, high] = std::minmax({*first, *second});
     QRectF rect = zoomer_->zoomRect();
-    if (rect.top() == low && rect.height() == high - low) {
+    const bool isShown = rect.top() == low && rect.height() == high - low;
+    if (isShown || !std::isfinite(high - low)) {
         return;
     }
     rect.setTop(low);
@@ -317,17 +319,18 @@ void PlotDialog::dropEvent(QDropEvent *event) {
         return;
     }
     event->acceptProposedAction();
+    const bool wasEmpty = plot_->wholeRange().isEmpty();
     const bool isOnRightHalf = event->pos().x() > width() / 2;
     plot_->addVariable(key, isOnRightHalf ? TimeSeriesPlot::Side::right : TimeSeriesPlot::Side::left);
-    extendZoomBase();
+    extendZoomBase(wasEmpty);
     plot_->replot();
 }
 
-void PlotDialog::extendZoomBase() {
+// The base of a window that had nothing to draw shows no data: it gives way instead of being widened.
+void PlotDialog::extendZoomBase(bool wasEmpty) {
     const QRectF base = zoomer_->zoomBase();
-    const QRectF widened = plot_->widened(base);
-    if (widened.left() < base.left() || widened.right() > base.right() || widened.top() < base.top() ||
-        widened.bottom() > base.bottom()) {
+    const QRectF widened = wasEmpty ? withArea(plot_->wholeRect()) : plot_->widened(base);
+    if (widened != base) {
         if (zoomer_->isAtBase()) {
             zoomer_->restart(widened);
         } else {
@@ -372,11 +375,11 @@ void PlotDialog::savePicture() {
 }
 
 // The key that closes the window also gives up a rectangle that is being drawn.
-void PlotDialog::reject() {
+void PlotDialog::giveUpOrClose() {
     if (zoomer_->isActive()) {
         zoomer_->abandon();
     } else {
-        QDialog::reject();
+        close();
     }
 }
 
@@ -386,7 +389,7 @@ void PlotDialog::tell(const QString &title, const QString &problem) {
     }
 }
 
-// The right button goes back one zoom level on the canvas. At the base there is none, so that it shows the
+// The right button goes back to the base on the canvas. There it has nothing to do, so that it shows the
 // menu there, as it does everywhere else.
 void PlotDialog::contextMenuEvent(QContextMenuEvent *event) {
     const QWidget *canvas = plot_->canvas();

@@ -48,7 +48,7 @@ public Q_SLOTS:
 
     void copyPicture();
     void savePicture();
-    void reject() override;
+    void giveUpOrClose();
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -65,10 +65,9 @@ private:
     void loadView();
     void updateButtons();
     void showYRange(const QRectF &rect);
-    void extendZoomBase();
+    void extendZoomBase(bool wasEmpty);
     void tell(const QString &title, const QString &problem);
 
-    const QDataSet *dataSet_;
     TimeSeriesPlot *plot_;
     PlotZoomer *zoomer_;
     QToolButton *previousButton_;

@@ -157,7 +157,7 @@ Extent TimeSeriesPlot::windows(Curves which) const {
     Extent windows;
     for (const auto &[key, entry] : entries_) {
         const bool counts = which == Curves::all || entry.curve->isVisible();
-        if (counts && !entry.series->wholeRange().isEmpty()) {
+        if (counts && entry.series->size() > 0 && !entry.series->wholeRange().isEmpty()) {
             windows.include(entry.series->window());
         }
     }

@@ -44,7 +44,7 @@ public:
     void loadWindow(double from, double to);
 
     // Unions over the series, UTC seconds and values. Those without a number that can be drawn count for
-    // none of them.
+    // none of them, and those without points, for instance of a file that was removed, not for the times.
     Extent windows(Curves which) const;
     Extent wholeRange() const;
     Extent loadedRange(Curves which) const;
