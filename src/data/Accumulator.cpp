@@ -1,24 +1,9 @@
 #include "data/Accumulator.h"
 
+#include "data/ColumnSteps.h"
+#include "data/RecordKernels.h"
+
 #include <algorithm>
-
-namespace {
-
-// One step of a compensated sum (Kahan).
-inline void addCompensated(double &sum, double &compensation, double value) {
-    const double corrected = value - compensation;
-    const double total = sum + corrected;
-    compensation = (total - sum) - corrected;
-    sum = total;
-}
-
-// A value that is not a number changes no extreme.
-inline void widen(double &minimum, double &maximum, double low, double high) {
-    minimum = low < minimum ? low : minimum;
-    maximum = high > maximum ? high : maximum;
-}
-
-} // namespace
 
 void Accumulator::resize(std::size_t columns) {
     sums_.resize(columns);
@@ -29,16 +14,8 @@ void Accumulator::resize(std::size_t columns) {
 }
 
 void Accumulator::add(const Record &record) {
-    const std::size_t columns = sums_.size();
-    const double *const values = record.values.data();
-    double *const sums = sums_.data();
-    double *const compensations = compensations_.data();
-    double *const minima = minima_.data();
-    double *const maxima = maxima_.data();
-    for (std::size_t i = 0; i < columns; ++i) {
-        addCompensated(sums[i], compensations[i], values[i]);
-        widen(minima[i], maxima[i], values[i], values[i]);
-    }
+    recordKernels().addColumns(sums_.size(), record.values.data(),
+                               {sums_.data(), compensations_.data(), minima_.data(), maxima_.data()});
     takeStamp(record);
     ++count_;
 }

@@ -1,5 +1,6 @@
 #include "data/DataFragment.h"
 
+#include "data/RecordKernels.h"
 #include "data/VariableKey.h"
 
 #include <algorithm>
@@ -130,11 +131,8 @@ void DataFragment::widenExtremes(const Record &record) {
         isFirst ? record.diagnosticWord : std::min(minimum_.diagnosticWord, record.diagnosticWord);
     maximum_.diagnosticWord =
         isFirst ? record.diagnosticWord : std::max(maximum_.diagnosticWord, record.diagnosticWord);
-    for (std::size_t i = 0; i < record.values.size(); ++i) {
-        const double value = record.values[i];
-        minimum_.values[i] = value < minimum_.values[i] ? value : minimum_.values[i];
-        maximum_.values[i] = value > maximum_.values[i] ? value : maximum_.values[i];
-    }
+    recordKernels().widenColumns(record.values.size(), record.values.data(), minimum_.values.data(),
+                                 maximum_.values.data());
 }
 
 void DataFragment::finishLoading() {

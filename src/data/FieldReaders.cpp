@@ -2,6 +2,7 @@
 
 #include "data/NumberReading.h"
 #include "data/PlainFields.h"
+#include "data/ValueRun.h"
 
 #include <cmath>
 
@@ -98,15 +99,6 @@ bool readDiagnosticWord(TextCursor &cursor, const FieldReader &reader, Record &r
     return true;
 }
 
-bool readValue(TextCursor &cursor, double &value) {
-    float single = 0;
-    if (!readFloat(cursor, single)) {
-        return false;
-    }
-    value = single;
-    return true;
-}
-
 // Sum of a line's bytes up to a place that only moves on, so that many checksum columns cost no more than
 // one.
 class RunningSum {
@@ -160,17 +152,29 @@ void skipField(TextCursor &cursor) {
 
 } // namespace
 
+void noteRuns(std::vector<FieldReader> &readers) {
+    std::uint32_t run = 0;
+    for (auto reader = readers.rbegin(); reader != readers.rend(); ++reader) {
+        run = reader->kind == FieldReader::Kind::value ? run + 1 : 0;
+        if (run > 0) {
+            reader->fieldCount = run;
+        }
+    }
+}
+
 FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t checksumSeed,
                        std::string_view fields, Record &record) {
     static_cast<RecordStamp &>(record) = RecordStamp();
     TextCursor cursor{fields.data(), fields.data() + fields.size()};
     RunningSum running(checksumSeed, fields.data());
     PlainFields plain(cursor);
-    for (const FieldReader &reader : readers) {
+    for (std::size_t i = 0; i < readers.size(); ++i) {
+        const FieldReader &reader = readers[i];
         bool good = true;
         switch (reader.kind) {
         case FieldReader::Kind::value:
-            good = readValue(cursor, record.values[reader.firstValue]);
+            good = readFloats(cursor, fields.data(), reader.fieldCount, &record.values[reader.firstValue]);
+            i += reader.fieldCount - 1;
             break;
         case FieldReader::Kind::seconds:
             good = readInto(cursor, record.seconds);

@@ -1,0 +1,166 @@
+#include "data/RecordKernels.h"
+
+#ifdef __SSE2__
+
+#include "data/VectorKernels.h"
+
+#include <emmintrin.h>
+
+namespace {
+
+struct Vector128 {
+    using Bytes = __m128i;
+
+    static std::uint64_t tabs(const char *at) {
+        const __m128i tab = every8('\t');
+        std::uint64_t places = 0;
+        for (unsigned i = 0; i < 64; i += 16) {
+            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at + i));
+            const auto bits = static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, tab)));
+            places |= std::uint64_t{bits} << i;
+        }
+        return places;
+    }
+
+    static Bytes both(Bytes a, Bytes b) { return _mm_and_si128(a, b); }
+    static Bytes either(Bytes a, Bytes b) { return _mm_or_si128(a, b); }
+    static Bytes butNot(Bytes a, Bytes b) { return _mm_andnot_si128(b, a); }
+    static Bytes every8(char c) { return _mm_set1_epi8(c); }
+    static Bytes less8(Bytes a, Bytes b) { return _mm_sub_epi8(a, b); }
+    static Bytes smaller8(Bytes a, Bytes b) { return _mm_min_epu8(a, b); }
+    static Bytes equal8(Bytes a, Bytes b) { return _mm_cmpeq_epi8(a, b); }
+    static Bytes every64(long long n) { return _mm_set1_epi64x(n); }
+    static Bytes less64(Bytes a, Bytes b) { return _mm_sub_epi64(a, b); }
+    static Bytes shiftedUp(Bytes a) { return _mm_slli_epi64(a, 8); }
+    static Bytes sumsOfBytes(Bytes a) { return _mm_sad_epu8(a, _mm_setzero_si128()); }
+    static Bytes wherePointless(Bytes belowPoint) {
+        // All ones is the only one with the highest bit.
+        return _mm_shuffle_epi32(_mm_srai_epi32(belowPoint, 31), 0xF5);
+    }
+    static Bytes joinPairs(Bytes digits) {
+        const __m128i tens = _mm_mullo_epi16(both(digits, _mm_set1_epi16(0xFF)), _mm_set1_epi16(10));
+        return _mm_add_epi16(tens, _mm_srli_epi16(digits, 8));
+    }
+
+    struct Lengths {
+        __m128i low;
+        __m128i high;
+        alignas(16) std::int32_t each[8];
+    };
+
+    // Of eight fields; 0 for one of more than eight bytes.
+    static Lengths lengthsOf(const std::int32_t *ends) {
+        const auto four = [](const std::int32_t *from) {
+            const auto load = [](const std::int32_t *at) {
+                return _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
+            };
+            const __m128i lengths =
+                _mm_sub_epi32(_mm_sub_epi32(load(from + 1), load(from)), _mm_set1_epi32(1));
+            return butNot(lengths, _mm_cmpgt_epi32(lengths, _mm_set1_epi32(8)));
+        };
+        Lengths lengths;
+        lengths.low = four(ends);
+        lengths.high = four(ends + 4);
+        _mm_store_si128(reinterpret_cast<__m128i *>(lengths.each), lengths.low);
+        _mm_store_si128(reinterpret_cast<__m128i *>(lengths.each + 4), lengths.high);
+        return lengths;
+    }
+
+    // Fields 0 and 1, 2 and 3, and so on.
+    static Bytes maskOf(const Lengths &lengths, std::size_t part) {
+        static constexpr std::uint64_t masks[] = {0,
+                                                  ~std::uint64_t{0} << 56U,
+                                                  ~std::uint64_t{0} << 48U,
+                                                  ~std::uint64_t{0} << 40U,
+                                                  ~std::uint64_t{0} << 32U,
+                                                  ~std::uint64_t{0} << 24U,
+                                                  ~std::uint64_t{0} << 16U,
+                                                  ~std::uint64_t{0} << 8U,
+                                                  ~std::uint64_t{0}};
+        return pair(masks + lengths.each[2 * part], masks + lengths.each[2 * part + 1]);
+    }
+
+    static Bytes fieldsAt(const char *from, const std::int32_t *ends, std::size_t part) {
+        return pair(from + ends[1 + 2 * part] - 8, from + ends[2 + 2 * part] - 8);
+    }
+
+    static std::uint32_t finish(const Lengths &lengths, const Bytes *checks, const Bytes *fractions,
+                                const Bytes *pairs, double *values) {
+        const std::uint32_t low = finishFour(lengths.low, checks, fractions, pairs, values);
+        const std::uint32_t high = finishFour(lengths.high, checks + 2, fractions + 2, pairs + 2, values + 4);
+        return low | high << 4U;
+    }
+
+    static constexpr std::size_t doubles = 2;
+
+    static void add(const double *values, double *sums, double *compensations) {
+        const __m128d sum = _mm_loadu_pd(sums);
+        const __m128d corrected = _mm_sub_pd(_mm_loadu_pd(values), _mm_loadu_pd(compensations));
+        const __m128d total = _mm_add_pd(sum, corrected);
+        _mm_storeu_pd(compensations, _mm_sub_pd(_mm_sub_pd(total, sum), corrected));
+        _mm_storeu_pd(sums, total);
+    }
+
+    // Where a value is not a number, these operations give their second operand.
+    static void widen(const double *values, double *minima, double *maxima) {
+        const __m128d value = _mm_loadu_pd(values);
+        _mm_storeu_pd(minima, _mm_min_pd(value, _mm_loadu_pd(minima)));
+        _mm_storeu_pd(maxima, _mm_max_pd(value, _mm_loadu_pd(maxima)));
+    }
+
+private:
+    static Bytes pair(const void *first, const void *second) {
+        return _mm_unpacklo_epi64(_mm_loadl_epi64(static_cast<const __m128i *>(first)),
+                                  _mm_loadl_epi64(static_cast<const __m128i *>(second)));
+    }
+
+    // The low halves of sums of bytes, in the order of the fields.
+    static __m128i packed(const Bytes *sums) {
+        return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(sums[0]), _mm_castsi128_ps(sums[1]), 0x88));
+    }
+
+    static std::uint32_t finishFour(__m128i lengths, const Bytes *checks, const Bytes *fractions,
+                                    const Bytes *pairs, double *values) {
+        // Fours of digits, then numbers, as 32 bits.
+        const auto joinFours = [](Bytes two) { return _mm_madd_epi16(two, _mm_set1_epi32(0x00010064)); };
+        const __m128i numbers = _mm_madd_epi16(_mm_packs_epi32(joinFours(pairs[0]), joinFours(pairs[1])),
+                                               _mm_set1_epi32(0x00012710));
+        const __m128i check = packed(checks);
+        const __m128i negative = _mm_cmpgt_epi32(check, _mm_set1_epi32(200));
+        const __m128i counts = _mm_sub_epi32(check, both(negative, _mm_set1_epi32(255)));
+        // All bytes but the minus are digits, or all but one, which is a point.
+        const __m128i surplus = _mm_sub_epi32(counts, _mm_slli_epi32(_mm_add_epi32(lengths, negative), 4));
+        const __m128i good = both(either(_mm_cmpeq_epi32(surplus, _mm_setzero_si128()),
+                                         _mm_cmpeq_epi32(surplus, _mm_set1_epi32(-15))),
+                                  _mm_cmpgt_epi32(counts, _mm_set1_epi32(15)));
+        const __m128 magnitudes = _mm_div_ps(_mm_cvtepi32_ps(numbers), divisorsOf(packed(fractions)));
+        const __m128 singles = _mm_xor_ps(magnitudes, _mm_castsi128_ps(_mm_slli_epi32(negative, 31)));
+        _mm_storeu_pd(values, _mm_cvtps_pd(singles));
+        _mm_storeu_pd(values + 2, _mm_cvtps_pd(_mm_movehl_ps(singles, singles)));
+        return static_cast<std::uint32_t>(_mm_movemask_ps(_mm_castsi128_ps(good))) ^ 0xFU;
+    }
+
+    // For how many bytes of a field begin at its point or behind: one more than its fraction has.
+    static __m128 divisorsOf(__m128i fractions) {
+        static constexpr float divisors[] = {1e0F, 1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e5F, 1e6F, 1e7F};
+        alignas(16) std::int32_t each[4];
+        _mm_store_si128(reinterpret_cast<__m128i *>(each), fractions);
+        return _mm_setr_ps(divisors[each[0]], divisors[each[1]], divisors[each[2]], divisors[each[3]]);
+    }
+};
+
+} // namespace
+
+const RecordKernels *kernels128() {
+    static constexpr RecordKernels kernels{findFields<Vector128>, convertFields<Vector128>,
+                                           addColumns<Vector128>, widenColumns<Vector128>};
+    return &kernels;
+}
+
+#else
+
+const RecordKernels *kernels128() {
+    return nullptr;
+}
+
+#endif

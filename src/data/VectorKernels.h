@@ -1,0 +1,139 @@
+#pragma once
+
+#include "data/PlainKernels.h"
+#include "data/RecordKernels.h"
+
+#include <cstddef>
+#include <cstdint>
+
+// The kernels written for vectors of any width: `Vector` says what its operations are. In a namespace without
+// a name, because each level is built for processors of its own and must not share code.
+namespace {
+
+constexpr std::ptrdiff_t lookSize = 64; // bytes
+
+// Appends the places of the bits in `tabs`, whose first one stands for byte `at`. Most looks find a dozen at
+// most, so that many are written without asking.
+inline std::uint32_t appendEnds(std::uint64_t tabs, std::int32_t at, std::uint32_t count, FieldEnds &fields) {
+    constexpr int unasked = 12;
+    const auto found = static_cast<std::uint32_t>(__builtin_popcountll(tabs));
+    std::int32_t *to = fields.ends + 1 + count;
+    const auto append = [&] {
+        // The highest bit keeps the place defined where no tab is left.
+        *to++ = at + __builtin_ctzll(tabs | std::uint64_t{1} << 63);
+        tabs &= tabs - 1;
+    };
+    for (int i = 0; i < unasked; ++i) {
+        append();
+    }
+    while (tabs != 0) {
+        append();
+    }
+    return count + found;
+}
+
+template <typename Vector>
+std::uint32_t findFields(const char *begin, const char *from, const char *end, std::uint32_t wanted,
+                         FieldEnds &fields) {
+    fields.ends[0] = -1;
+    std::uint32_t count = 0;
+    const char *const last = end - from > FieldEnds::farthest ? from + FieldEnds::farthest : end;
+    const char *at = from;
+    for (; count < wanted && last - at >= lookSize; at += lookSize) {
+        count = appendEnds(Vector::tabs(at), static_cast<std::int32_t>(at - from), count, fields);
+    }
+    const std::ptrdiff_t left = last - at;
+    if (count < wanted && left > 0) {
+        if (last - begin >= lookSize) {
+            count = appendEnds(Vector::tabs(last - lookSize) >> (lookSize - left),
+                               static_cast<std::int32_t>(at - from), count, fields);
+        } else {
+            for (; at != last; ++at) {
+                if (*at == '\t') {
+                    fields.ends[++count] = static_cast<std::int32_t>(at - from);
+                }
+            }
+        }
+    }
+    if (count < wanted && last == end) {
+        fields.ends[++count] = static_cast<std::int32_t>(end - from);
+    }
+    return count < wanted ? count : wanted;
+}
+
+// Converts eight fields side by side, each in eight bytes of its own. Gives those left out.
+//
+// A field's bytes stand at the end of its eight, which is where the last digit belongs; the bytes before the
+// point are moved up by one place, over it, and then the digits are joined as in readShortDecimal().
+template <typename Vector>
+inline std::uint32_t convertEight(const char *from, const std::int32_t *ends, double *values) {
+    using Bytes = typename Vector::Bytes;
+    constexpr std::size_t parts = 64 / sizeof(Bytes);
+    Bytes checks[parts];
+    Bytes fractions[parts];
+    Bytes pairs[parts];
+    const auto lengths = Vector::lengthsOf(ends);
+    for (std::size_t i = 0; i < parts; ++i) {
+        const Bytes mask = Vector::maskOf(lengths, i);
+        const Bytes text = Vector::both(Vector::fieldsAt(from, ends, i), mask);
+        const Bytes offZero = Vector::less8(text, Vector::every8('0'));
+        const Bytes isDigit = Vector::equal8(Vector::smaller8(offZero, Vector::every8(9)), offZero);
+        const Bytes isPoint = Vector::equal8(text, Vector::every8('.'));
+        const Bytes isFirst = Vector::butNot(mask, Vector::shiftedUp(mask));
+        const Bytes isMinus = Vector::both(Vector::equal8(text, Vector::every8('-')), isFirst);
+        // To be added up over a field: 16 for each digit, 1 for each point, 255 for the minus.
+        checks[i] =
+            Vector::sumsOfBytes(Vector::either(Vector::either(Vector::both(isDigit, Vector::every8(16)),
+                                                              Vector::both(isPoint, Vector::every8(1))),
+                                               isMinus));
+        // All bytes below the point; all there are when there is none.
+        const Bytes belowPoint = Vector::less64(Vector::both(isPoint, Vector::every8(1)), Vector::every64(1));
+        fractions[i] = Vector::sumsOfBytes(Vector::butNot(Vector::every8(1), belowPoint));
+        const Bytes moved = Vector::butNot(belowPoint, Vector::wherePointless(belowPoint));
+        const Bytes digits = Vector::both(offZero, isDigit);
+        pairs[i] = Vector::joinPairs(
+            Vector::either(Vector::shiftedUp(Vector::both(digits, moved)), Vector::butNot(digits, moved)));
+    }
+    return Vector::finish(lengths, checks, fractions, pairs, values);
+}
+
+template <typename Vector>
+std::uint64_t convertFields(const char *from, const FieldEnds &fields, std::uint32_t count, double *values) {
+    constexpr std::uint32_t atOnce = 8;
+    std::uint64_t leftOut = 0;
+    if (count < atOnce) {
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const bool isLeftOut =
+                !convertPlainField(from + fields.ends[i] + 1, from + fields.ends[i + 1], values[i]);
+            leftOut |= std::uint64_t{isLeftOut} << i;
+        }
+        return leftOut;
+    }
+    // The last eight are taken together with some that were converted already.
+    for (std::uint32_t i = 0; i < count; i += atOnce) {
+        const std::uint32_t first = i < count - atOnce ? i : count - atOnce;
+        leftOut |= std::uint64_t{convertEight<Vector>(from, fields.ends + first, values + first)} << first;
+    }
+    return leftOut;
+}
+
+template <typename Vector>
+void addColumns(std::size_t count, const double *values, const ColumnSums &columns) {
+    std::size_t i = 0;
+    for (; i + Vector::doubles <= count; i += Vector::doubles) {
+        Vector::add(values + i, columns.sums + i, columns.compensations + i);
+        Vector::widen(values + i, columns.minima + i, columns.maxima + i);
+    }
+    addPlainColumns(i, count, values, columns);
+}
+
+template <typename Vector>
+void widenColumns(std::size_t count, const double *values, double *minima, double *maxima) {
+    std::size_t i = 0;
+    for (; i + Vector::doubles <= count; i += Vector::doubles) {
+        Vector::widen(values + i, minima + i, maxima + i);
+    }
+    widenPlainColumns(i, count, values, minima, maxima);
+}
+
+} // namespace

@@ -1,0 +1,105 @@
+#include "data/RecordKernels.h"
+
+#include "EveryLevel.h"
+#include "RandomFields.h"
+#include "data/Accumulator.h"
+#include "support/HeapText.h"
+#include "support/RandomNumbers.h"
+#include "support/RecordComparison.h"
+#include "support/SanitizerBuild.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace {
+
+double randomValue(RandomNumbers &random) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    static constexpr std::array specials{
+        0.0,          -0.0,         infinity,           -infinity, std::numeric_limits<double>::quiet_NaN(),
+        emptyMinimum, emptyMaximum, 9007199254740993.0, 1e-300};
+    return random.oneIn(30) ? random.pick(specials)
+                            : static_cast<float>(random.between(-1000000, 1000000)) * 1e-3F;
+}
+
+// All that is kept about some columns.
+struct Columns {
+    explicit Columns(std::size_t count)
+        : sums(count), compensations(count), minima(count, emptyMinimum), maxima(count, emptyMaximum) {}
+
+    ColumnSums view() { return {sums.data(), compensations.data(), minima.data(), maxima.data()}; }
+
+    std::vector<double> sums;
+    std::vector<double> compensations;
+    std::vector<double> minima;
+    std::vector<double> maxima;
+};
+
+testing::AssertionResult areSame(const std::vector<double> &a, const std::vector<double> &b) {
+    const bool same = std::equal(a.begin(), a.end(), b.begin(), b.end(), isSameNumber);
+    return same ? testing::AssertionSuccess()
+                : testing::AssertionFailure()
+                      << testing::PrintToString(a) << " and " << testing::PrintToString(b);
+}
+
+} // namespace
+
+TEST(RecordKernels, SumAndWidenEveryColumnAsThePlainOnesDo) {
+    const EveryLevel levels;
+    RandomNumbers random(21);
+    for (std::size_t round = scaledDown(3000); round > 0; --round) {
+        const std::size_t count = random.below(50);
+        std::vector<std::vector<double>> records(1 + random.below(40), std::vector<double>(count));
+        for (auto &record : records) {
+            std::generate(record.begin(), record.end(), [&] { return randomValue(random); });
+        }
+        Columns expected(count);
+        for (const auto &record : records) {
+            plainKernels()->addColumns(count, record.data(), expected.view());
+        }
+        for (const VectorLevel level : EveryLevel::available()) {
+            useVectorLevel(level);
+            Columns added(count);
+            Columns widened(count);
+            for (const auto &record : records) {
+                recordKernels().addColumns(count, record.data(), added.view());
+                recordKernels().widenColumns(count, record.data(), widened.minima.data(),
+                                             widened.maxima.data());
+            }
+            ASSERT_TRUE(areSame(added.sums, expected.sums)) << static_cast<int>(level);
+            ASSERT_TRUE(areSame(added.compensations, expected.compensations)) << static_cast<int>(level);
+            ASSERT_TRUE(areSame(added.minima, expected.minima)) << static_cast<int>(level);
+            ASSERT_TRUE(areSame(added.maxima, expected.maxima)) << static_cast<int>(level);
+            ASSERT_TRUE(areSame(widened.minima, expected.minima)) << static_cast<int>(level);
+            ASSERT_TRUE(areSame(widened.maxima, expected.maxima)) << static_cast<int>(level);
+        }
+    }
+}
+
+TEST(RecordKernels, FindTheFieldsThatThePlainOnesFind) {
+    const EveryLevel levels;
+    RandomFields lines(22);
+    RandomNumbers random(23);
+    for (std::size_t round = scaledDown(200'000); round > 0; --round) {
+        const std::string line =
+            random.oneIn(10) ? std::string(random.below(200), '\t') : lines.line(random.below(90));
+        const HeapText text(line);
+        const char *const from = text.begin() + random.below(line.size() + 1);
+        const auto wanted = static_cast<std::uint32_t>(1 + random.below(FieldEnds::most));
+        FieldEnds expected;
+        const std::uint32_t count =
+            plainKernels()->findFields(text.begin(), from, text.end(), wanted, expected);
+        for (const VectorLevel level : EveryLevel::available()) {
+            useVectorLevel(level);
+            FieldEnds fields;
+            ASSERT_EQ(recordKernels().findFields(text.begin(), from, text.end(), wanted, fields), count);
+            ASSERT_TRUE(std::equal(fields.ends, fields.ends + count + 1, expected.ends))
+                << testing::PrintToString(line) << ' ' << static_cast<int>(level);
+        }
+    }
+}
