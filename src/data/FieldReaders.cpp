@@ -1,5 +1,6 @@
 #include "data/FieldReaders.h"
 
+#include "data/ClockFields.h"
 #include "data/NumberReading.h"
 #include "data/PlainFields.h"
 #include "data/ValueRun.h"
@@ -68,6 +69,10 @@ bool readFraction(TextCursor &cursor, Record &record) {
 }
 
 bool readTimeOfDay(TextCursor &cursor, Record &record) {
+    if (readPlainTimeOfDay(cursor, record)) {
+        record.flags |= RecordStamp::hasTimeOfDay;
+        return true;
+    }
     if (!readTriple(cursor, record.hour, record.minute, record.second)) {
         return false;
     }
@@ -76,7 +81,7 @@ bool readTimeOfDay(TextCursor &cursor, Record &record) {
 }
 
 bool readDate(TextCursor &cursor, Record &record) {
-    if (!readTriple(cursor, record.year, record.month, record.day)) {
+    if (!readPlainDate(cursor, record) && !readTriple(cursor, record.year, record.month, record.day)) {
         return false;
     }
     record.flags |= RecordStamp::hasDate;
