@@ -3,6 +3,7 @@
 #include "data/ClockFields.h"
 #include "data/NumberReading.h"
 #include "data/PlainFields.h"
+#include "data/RecordKernels.h"
 #include "data/ValueRun.h"
 
 #include <cmath>
@@ -111,13 +112,11 @@ public:
     RunningSum(std::uint8_t seed, const char *begin) : at_(begin), sum_(seed) {}
 
     std::uint8_t upTo(const char *end) {
-        // In eight bits, so that the compiler can add many bytes at a time.
-        std::uint8_t sum = sum_;
-        for (; at_ < end; ++at_) {
-            sum = static_cast<std::uint8_t>(sum + static_cast<unsigned char>(*at_));
+        if (at_ < end) {
+            sum_ = static_cast<std::uint8_t>(sum_ + recordKernels().sumBytes(at_, end));
+            at_ = end;
         }
-        sum_ = sum;
-        return sum;
+        return sum_;
     }
 
 private:

@@ -1,10 +1,12 @@
+// Built for processors with SSE4.1 and POPCNT: it runs on no others. So it uses nothing whose code another
+// file might share.
 #include "data/RecordKernels.h"
 
-#ifdef __SSE2__
+#ifdef __SSE4_1__
 
 #include "data/VectorKernels.h"
 
-#include <emmintrin.h>
+#include <smmintrin.h>
 
 namespace {
 
@@ -22,6 +24,17 @@ struct Vector128 {
         return places;
     }
 
+    // The place of the lowest bit; anything where there is none.
+    static std::int32_t firstOf(std::uint64_t bits) {
+        return __builtin_ctzll(bits | std::uint64_t{1} << 63U);
+    }
+
+    static constexpr std::ptrdiff_t bytes = sizeof(Bytes);
+    static Bytes load(const char *at) { return _mm_loadu_si128(reinterpret_cast<const __m128i *>(at)); }
+    static Bytes sum64(Bytes a, Bytes b) { return _mm_add_epi64(a, b); }
+    static int lowTotal(Bytes sums) {
+        return _mm_cvtsi128_si32(_mm_add_epi64(sums, _mm_unpackhi_epi64(sums, sums)));
+    }
     static Bytes both(Bytes a, Bytes b) { return _mm_and_si128(a, b); }
     static Bytes either(Bytes a, Bytes b) { return _mm_or_si128(a, b); }
     static Bytes butNot(Bytes a, Bytes b) { return _mm_andnot_si128(b, a); }
@@ -33,79 +46,65 @@ struct Vector128 {
     static Bytes less64(Bytes a, Bytes b) { return _mm_sub_epi64(a, b); }
     static Bytes shiftedUp(Bytes a) { return _mm_slli_epi64(a, 8); }
     static Bytes sumsOfBytes(Bytes a) { return _mm_sad_epu8(a, _mm_setzero_si128()); }
-    static Bytes wherePointless(Bytes belowPoint) {
-        // All ones is the only one with the highest bit.
-        return _mm_shuffle_epi32(_mm_srai_epi32(belowPoint, 31), 0xF5);
-    }
+    // In each eight bytes.
+    static Bytes whereAllOnes(Bytes a) { return _mm_cmpeq_epi64(a, every64(-1)); }
     static Bytes joinPairs(Bytes digits) {
-        const __m128i tens = _mm_mullo_epi16(both(digits, _mm_set1_epi16(0xFF)), _mm_set1_epi16(10));
-        return _mm_add_epi16(tens, _mm_srli_epi16(digits, 8));
+        return _mm_maddubs_epi16(digits, _mm_set1_epi16(0x010A)); // 10 times the first, and the second
     }
 
     struct Lengths {
         __m128i low;
         __m128i high;
-        alignas(16) std::int32_t each[8];
     };
 
     // Of eight fields; 0 for one of more than eight bytes.
     static Lengths lengthsOf(const std::int32_t *ends) {
         const auto four = [](const std::int32_t *from) {
-            const auto load = [](const std::int32_t *at) {
+            const auto load32 = [](const std::int32_t *at) {
                 return _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
             };
             const __m128i lengths =
-                _mm_sub_epi32(_mm_sub_epi32(load(from + 1), load(from)), _mm_set1_epi32(1));
+                _mm_sub_epi32(_mm_sub_epi32(load32(from + 1), load32(from)), _mm_set1_epi32(1));
             return butNot(lengths, _mm_cmpgt_epi32(lengths, _mm_set1_epi32(8)));
         };
-        Lengths lengths;
-        lengths.low = four(ends);
-        lengths.high = four(ends + 4);
-        _mm_store_si128(reinterpret_cast<__m128i *>(lengths.each), lengths.low);
-        _mm_store_si128(reinterpret_cast<__m128i *>(lengths.each + 4), lengths.high);
-        return lengths;
+        return {four(ends), four(ends + 4)};
     }
 
     // Fields 0 and 1, 2 and 3, and so on.
     static Bytes maskOf(const Lengths &lengths, std::size_t part) {
-        static constexpr std::uint64_t masks[] = {0,
-                                                  ~std::uint64_t{0} << 56U,
-                                                  ~std::uint64_t{0} << 48U,
-                                                  ~std::uint64_t{0} << 40U,
-                                                  ~std::uint64_t{0} << 32U,
-                                                  ~std::uint64_t{0} << 24U,
-                                                  ~std::uint64_t{0} << 16U,
-                                                  ~std::uint64_t{0} << 8U,
-                                                  ~std::uint64_t{0}};
-        return pair(masks + lengths.each[2 * part], masks + lengths.each[2 * part + 1]);
+        // Each length in all eight bytes, to be compared with how many bytes there are from each one on.
+        const __m128i first = _mm_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 4, 4, 4, 4, 4, 4, 4, 4);
+        const __m128i spread = part % 2 == 0 ? first : _mm_or_si128(first, every8(8));
+        const __m128i behind = _mm_setr_epi8(7, 6, 5, 4, 3, 2, 1, 0, 7, 6, 5, 4, 3, 2, 1, 0);
+        return _mm_cmpgt_epi8(_mm_shuffle_epi8(part < 2 ? lengths.low : lengths.high, spread), behind);
     }
 
     static Bytes fieldsAt(const char *from, const std::int32_t *ends, std::size_t part) {
         return pair(from + ends[1 + 2 * part] - 8, from + ends[2 + 2 * part] - 8);
     }
 
-    static std::uint32_t finish(const Lengths &lengths, const Bytes *checks, const Bytes *fractions,
+    static std::uint32_t finish(const Lengths &lengths, const Bytes *checks, const Bytes *points,
                                 const Bytes *pairs, double *values) {
-        const std::uint32_t low = finishFour(lengths.low, checks, fractions, pairs, values);
-        const std::uint32_t high = finishFour(lengths.high, checks + 2, fractions + 2, pairs + 2, values + 4);
+        const std::uint32_t low = finishFour(lengths.low, checks, points, pairs, values);
+        const std::uint32_t high = finishFour(lengths.high, checks + 2, points + 2, pairs + 2, values + 4);
         return low | high << 4U;
     }
 
     static constexpr std::size_t doubles = 2;
 
     static void add(const double *values, double *sums, double *compensations) {
-        const __m128d sum = _mm_loadu_pd(sums);
-        const __m128d corrected = _mm_sub_pd(_mm_loadu_pd(values), _mm_loadu_pd(compensations));
+        const __m128d sum = _mm_load_pd(sums);
+        const __m128d corrected = _mm_sub_pd(_mm_loadu_pd(values), _mm_load_pd(compensations));
         const __m128d total = _mm_add_pd(sum, corrected);
-        _mm_storeu_pd(compensations, _mm_sub_pd(_mm_sub_pd(total, sum), corrected));
-        _mm_storeu_pd(sums, total);
+        _mm_store_pd(compensations, _mm_sub_pd(_mm_sub_pd(total, sum), corrected));
+        _mm_store_pd(sums, total);
     }
 
     // Where a value is not a number, these operations give their second operand.
     static void widen(const double *values, double *minima, double *maxima) {
         const __m128d value = _mm_loadu_pd(values);
-        _mm_storeu_pd(minima, _mm_min_pd(value, _mm_loadu_pd(minima)));
-        _mm_storeu_pd(maxima, _mm_max_pd(value, _mm_loadu_pd(maxima)));
+        _mm_store_pd(minima, _mm_min_pd(value, _mm_load_pd(minima)));
+        _mm_store_pd(maxima, _mm_max_pd(value, _mm_load_pd(maxima)));
     }
 
 private:
@@ -119,33 +118,33 @@ private:
         return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(sums[0]), _mm_castsi128_ps(sums[1]), 0x88));
     }
 
-    static std::uint32_t finishFour(__m128i lengths, const Bytes *checks, const Bytes *fractions,
+    static std::uint32_t finishFour(__m128i lengths, const Bytes *checks, const Bytes *points,
                                     const Bytes *pairs, double *values) {
         // Fours of digits, then numbers, as 32 bits.
         const auto joinFours = [](Bytes two) { return _mm_madd_epi16(two, _mm_set1_epi32(0x00010064)); };
-        const __m128i numbers = _mm_madd_epi16(_mm_packs_epi32(joinFours(pairs[0]), joinFours(pairs[1])),
+        const __m128i numbers = _mm_madd_epi16(_mm_packus_epi32(joinFours(pairs[0]), joinFours(pairs[1])),
                                                _mm_set1_epi32(0x00012710));
         const __m128i check = packed(checks);
         const __m128i negative = _mm_cmpgt_epi32(check, _mm_set1_epi32(200));
         const __m128i counts = _mm_sub_epi32(check, both(negative, _mm_set1_epi32(255)));
-        // All bytes but the minus are digits, or all but one, which is a point.
-        const __m128i surplus = _mm_sub_epi32(counts, _mm_slli_epi32(_mm_add_epi32(lengths, negative), 4));
-        const __m128i good = both(either(_mm_cmpeq_epi32(surplus, _mm_setzero_si128()),
-                                         _mm_cmpeq_epi32(surplus, _mm_set1_epi32(-15))),
-                                  _mm_cmpgt_epi32(counts, _mm_set1_epi32(15)));
-        const __m128 magnitudes = _mm_div_ps(_mm_cvtepi32_ps(numbers), divisorsOf(packed(fractions)));
+        // All bytes but the minus are digits, or all but one, which is a point; and one is a digit at least.
+        const __m128i surplus = _mm_sub_epi32(counts, _mm_add_epi32(lengths, negative));
+        const __m128i fifteen = _mm_set1_epi32(15);
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i good = butNot(either(_mm_cmpeq_epi32(surplus, zero), _mm_cmpeq_epi32(surplus, fifteen)),
+                                    _mm_cmpeq_epi32(both(counts, fifteen), zero));
+        const __m128 magnitudes = _mm_div_ps(_mm_cvtepi32_ps(numbers), divisorsOf(packed(points)));
         const __m128 singles = _mm_xor_ps(magnitudes, _mm_castsi128_ps(_mm_slli_epi32(negative, 31)));
         _mm_storeu_pd(values, _mm_cvtps_pd(singles));
         _mm_storeu_pd(values + 2, _mm_cvtps_pd(_mm_movehl_ps(singles, singles)));
         return static_cast<std::uint32_t>(_mm_movemask_ps(_mm_castsi128_ps(good))) ^ 0xFU;
     }
 
-    // For how many bytes of a field begin at its point or behind: one more than its fraction has.
-    static __m128 divisorsOf(__m128i fractions) {
-        static constexpr float divisors[] = {1e0F, 1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e5F, 1e6F, 1e7F};
-        alignas(16) std::int32_t each[4];
-        _mm_store_si128(reinterpret_cast<__m128i *>(each), fractions);
-        return _mm_setr_ps(divisors[each[0]], divisors[each[1]], divisors[each[2]], divisors[each[3]]);
+    static __m128 divisorsOf(__m128i points) {
+        alignas(16) std::int32_t places[4];
+        _mm_store_si128(reinterpret_cast<__m128i *>(places), _mm_srli_epi32(points, 8));
+        return _mm_setr_ps(divisorsByPlace[places[0]], divisorsByPlace[places[1]], divisorsByPlace[places[2]],
+                           divisorsByPlace[places[3]]);
     }
 };
 
@@ -153,7 +152,7 @@ private:
 
 const RecordKernels *kernels128() {
     static constexpr RecordKernels kernels{findFields<Vector128>, convertFields<Vector128>,
-                                           addColumns<Vector128>, widenColumns<Vector128>};
+                                           addColumns<Vector128>, sumBytes<Vector128>};
     return &kernels;
 }
 

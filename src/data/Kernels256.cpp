@@ -22,6 +22,16 @@ struct Vector256 {
         return bits(at) | std::uint64_t{bits(at + 32)} << 32;
     }
 
+    // The place of the lowest bit; anything where there is none.
+    static std::int32_t firstOf(std::uint64_t bits) { return static_cast<std::int32_t>(_tzcnt_u64(bits)); }
+
+    static constexpr std::ptrdiff_t bytes = sizeof(Bytes);
+    static Bytes load(const char *at) { return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(at)); }
+    static Bytes sum64(Bytes a, Bytes b) { return _mm256_add_epi64(a, b); }
+    static int lowTotal(Bytes sums) {
+        const __m128i two = _mm_add_epi64(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1));
+        return _mm_cvtsi128_si32(_mm_add_epi64(two, _mm_unpackhi_epi64(two, two)));
+    }
     static Bytes both(Bytes a, Bytes b) { return _mm256_and_si256(a, b); }
     static Bytes either(Bytes a, Bytes b) { return _mm256_or_si256(a, b); }
     static Bytes butNot(Bytes a, Bytes b) { return _mm256_andnot_si256(b, a); }
@@ -33,7 +43,8 @@ struct Vector256 {
     static Bytes less64(Bytes a, Bytes b) { return _mm256_sub_epi64(a, b); }
     static Bytes shiftedUp(Bytes a) { return _mm256_slli_epi64(a, 8); }
     static Bytes sumsOfBytes(Bytes a) { return _mm256_sad_epu8(a, _mm256_setzero_si256()); }
-    static Bytes wherePointless(Bytes belowPoint) { return _mm256_cmpeq_epi64(belowPoint, every64(-1)); }
+    // In each eight bytes.
+    static Bytes whereAllOnes(Bytes a) { return _mm256_cmpeq_epi64(a, every64(-1)); }
     static Bytes joinPairs(Bytes digits) {
         return _mm256_maddubs_epi16(digits, _mm256_set1_epi16(0x010A)); // 10 times the first, and the second
     }
@@ -64,8 +75,8 @@ struct Vector256 {
         return _mm256_inserti128_si256(_mm256_castsi128_si256(pair(end)), pair(end + 4), 1);
     }
 
-    static std::uint32_t finish(__m256i lengths, const Bytes *checks, const Bytes *fractions,
-                                const Bytes *pairs, double *values) {
+    static std::uint32_t finish(__m256i lengths, const Bytes *checks, const Bytes *points, const Bytes *pairs,
+                                double *values) {
         // Fours of digits, then numbers, as 32 bits.
         const auto joinFours = [](Bytes two) {
             return _mm256_madd_epi16(two, _mm256_set1_epi32(0x00010064));
@@ -75,41 +86,39 @@ struct Vector256 {
         const __m256i check = packed(checks);
         const __m256i negative = _mm256_cmpgt_epi32(check, _mm256_set1_epi32(200));
         const __m256i counts = _mm256_sub_epi32(check, _mm256_and_si256(negative, _mm256_set1_epi32(255)));
-        // All bytes but the minus are digits, or all but one, which is a point.
-        const __m256i surplus =
-            _mm256_sub_epi32(counts, _mm256_slli_epi32(_mm256_add_epi32(lengths, negative), 4));
-        const __m256i good =
-            _mm256_and_si256(_mm256_or_si256(_mm256_cmpeq_epi32(surplus, _mm256_setzero_si256()),
-                                             _mm256_cmpeq_epi32(surplus, _mm256_set1_epi32(-15))),
-                             _mm256_cmpgt_epi32(counts, _mm256_set1_epi32(15)));
-        const __m256i fraction = packed(fractions);
-        const __m256i tooLong = _mm256_cmpgt_epi32(fraction, _mm256_set1_epi32(7));
-        const __m256 divisors = _mm256_permutevar8x32_ps(
-            _mm256_setr_ps(1e0F, 1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e5F, 1e6F), fraction);
+        // All bytes but the minus are digits, or all but one, which is a point; and one is a digit at least.
+        const __m256i surplus = _mm256_sub_epi32(counts, _mm256_add_epi32(lengths, negative));
+        const __m256i fifteen = _mm256_set1_epi32(15);
+        const __m256i zero = _mm256_setzero_si256();
+        const __m256i good = _mm256_andnot_si256(
+            _mm256_cmpeq_epi32(_mm256_and_si256(counts, fifteen), zero),
+            _mm256_or_si256(_mm256_cmpeq_epi32(surplus, zero), _mm256_cmpeq_epi32(surplus, fifteen)));
+        const __m256 divisors =
+            _mm256_permutevar8x32_ps(_mm256_loadu_ps(divisorsByPlace), _mm256_srli_epi32(packed(points), 8));
         const __m256 magnitudes = _mm256_div_ps(_mm256_cvtepi32_ps(numbers), divisors);
         const __m256 singles =
             _mm256_xor_ps(magnitudes, _mm256_castsi256_ps(_mm256_slli_epi32(negative, 31)));
         _mm256_storeu_pd(values, _mm256_cvtps_pd(_mm256_castps256_ps128(singles)));
         _mm256_storeu_pd(values + 4, _mm256_cvtps_pd(_mm256_extractf128_ps(singles, 1)));
-        const int goodBits = _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_andnot_si256(tooLong, good)));
+        const int goodBits = _mm256_movemask_ps(_mm256_castsi256_ps(good));
         return static_cast<std::uint32_t>(goodBits) ^ 0xFFU;
     }
 
     static constexpr std::size_t doubles = 4;
 
     static void add(const double *values, double *sums, double *compensations) {
-        const __m256d sum = _mm256_loadu_pd(sums);
-        const __m256d corrected = _mm256_sub_pd(_mm256_loadu_pd(values), _mm256_loadu_pd(compensations));
+        const __m256d sum = _mm256_load_pd(sums);
+        const __m256d corrected = _mm256_sub_pd(_mm256_loadu_pd(values), _mm256_load_pd(compensations));
         const __m256d total = _mm256_add_pd(sum, corrected);
-        _mm256_storeu_pd(compensations, _mm256_sub_pd(_mm256_sub_pd(total, sum), corrected));
-        _mm256_storeu_pd(sums, total);
+        _mm256_store_pd(compensations, _mm256_sub_pd(_mm256_sub_pd(total, sum), corrected));
+        _mm256_store_pd(sums, total);
     }
 
     // Where a value is not a number, these operations give their second operand.
     static void widen(const double *values, double *minima, double *maxima) {
         const __m256d value = _mm256_loadu_pd(values);
-        _mm256_storeu_pd(minima, _mm256_min_pd(value, _mm256_loadu_pd(minima)));
-        _mm256_storeu_pd(maxima, _mm256_max_pd(value, _mm256_loadu_pd(maxima)));
+        _mm256_store_pd(minima, _mm256_min_pd(value, _mm256_load_pd(minima)));
+        _mm256_store_pd(maxima, _mm256_max_pd(value, _mm256_load_pd(maxima)));
     }
 
 private:
@@ -124,7 +133,7 @@ private:
 
 const RecordKernels *kernels256() {
     static constexpr RecordKernels kernels{findFields<Vector256>, convertFields<Vector256>,
-                                           addColumns<Vector256>, widenColumns<Vector256>};
+                                           addColumns<Vector256>, sumBytes<Vector256>};
     return &kernels;
 }
 

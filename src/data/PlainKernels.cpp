@@ -40,13 +40,9 @@ void addColumns(std::size_t count, const double *values, const ColumnSums &colum
     addPlainColumns(0, count, values, columns);
 }
 
-void widenColumns(std::size_t count, const double *values, double *minima, double *maxima) {
-    widenPlainColumns(0, count, values, minima, maxima);
-}
-
 } // namespace
 
 const RecordKernels *plainKernels() {
-    static constexpr RecordKernels kernels{findFields, convertFields, addColumns, widenColumns};
+    static constexpr RecordKernels kernels{findFields, convertFields, addColumns, sumPlainBytes};
     return &kernels;
 }

@@ -31,11 +31,12 @@ namespace {
     }
 }
 
-[[maybe_unused]] inline void widenPlainColumns(std::size_t first, std::size_t count, const double *values,
-                                               double *minima, double *maxima) {
-    for (std::size_t i = first; i < count; ++i) {
-        widen(minima[i], maxima[i], values[i], values[i]);
+[[maybe_unused]] inline std::uint8_t sumPlainBytes(const char *begin, const char *end) {
+    std::uint8_t sum = 0;
+    for (const char *at = begin; at != end; ++at) {
+        sum = static_cast<std::uint8_t>(sum + static_cast<unsigned char>(*at));
     }
+    return sum;
 }
 
 } // namespace

@@ -15,7 +15,7 @@ struct FieldEnds {
     std::int32_t ends[1 + 2 * most + 16];
 };
 
-// Sums and extremes of all columns, side by side.
+// Sums and extremes of all columns, side by side. Each begins on a cache line.
 struct ColumnSums {
     double *sums;
     double *compensations;
@@ -41,8 +41,8 @@ struct RecordKernels {
     // Adds one value to each of `count` columns.
     void (*addColumns)(std::size_t count, const double *values, const ColumnSums &columns);
 
-    // Widens the extremes of `count` columns to take in one value each.
-    void (*widenColumns)(std::size_t count, const double *values, double *minima, double *maxima);
+    // Adds up the bytes in [begin, end), of which the low eight bits count.
+    std::uint8_t (*sumBytes)(const char *begin, const char *end);
 };
 
 // Those of the present level.

@@ -14,13 +14,13 @@ constexpr std::ptrdiff_t lookSize = 64; // bytes
 
 // Appends the places of the bits in `tabs`, whose first one stands for byte `at`. Most looks find a dozen at
 // most, so that many are written without asking.
+template <typename Vector>
 inline std::uint32_t appendEnds(std::uint64_t tabs, std::int32_t at, std::uint32_t count, FieldEnds &fields) {
     constexpr int unasked = 12;
     const auto found = static_cast<std::uint32_t>(__builtin_popcountll(tabs));
     std::int32_t *to = fields.ends + 1 + count;
     const auto append = [&] {
-        // The highest bit keeps the place defined where no tab is left.
-        *to++ = at + __builtin_ctzll(tabs | std::uint64_t{1} << 63);
+        *to++ = at + Vector::firstOf(tabs);
         tabs &= tabs - 1;
     };
     for (int i = 0; i < unasked; ++i) {
@@ -40,13 +40,13 @@ std::uint32_t findFields(const char *begin, const char *from, const char *end, s
     const char *const last = end - from > FieldEnds::farthest ? from + FieldEnds::farthest : end;
     const char *at = from;
     for (; count < wanted && last - at >= lookSize; at += lookSize) {
-        count = appendEnds(Vector::tabs(at), static_cast<std::int32_t>(at - from), count, fields);
+        count = appendEnds<Vector>(Vector::tabs(at), static_cast<std::int32_t>(at - from), count, fields);
     }
     const std::ptrdiff_t left = last - at;
     if (count < wanted && left > 0) {
         if (last - begin >= lookSize) {
-            count = appendEnds(Vector::tabs(last - lookSize) >> (lookSize - left),
-                               static_cast<std::int32_t>(at - from), count, fields);
+            count = appendEnds<Vector>(Vector::tabs(last - lookSize) >> (lookSize - left),
+                                       static_cast<std::int32_t>(at - from), count, fields);
         } else {
             for (; at != last; ++at) {
                 if (*at == '\t') {
@@ -64,13 +64,13 @@ std::uint32_t findFields(const char *begin, const char *from, const char *end, s
 // Converts eight fields side by side, each in eight bytes of its own. Gives those left out.
 //
 // A field's bytes stand at the end of its eight, which is where the last digit belongs; the bytes before the
-// point are moved up by one place, over it, and then the digits are joined as in readShortDecimal().
+// point are moved up by one place, over it, and then the digits are joined as in numberOf().
 template <typename Vector>
 inline std::uint32_t convertEight(const char *from, const std::int32_t *ends, double *values) {
     using Bytes = typename Vector::Bytes;
     constexpr std::size_t parts = 64 / sizeof(Bytes);
     Bytes checks[parts];
-    Bytes fractions[parts];
+    Bytes points[parts];
     Bytes pairs[parts];
     const auto lengths = Vector::lengthsOf(ends);
     for (std::size_t i = 0; i < parts; ++i) {
@@ -79,23 +79,25 @@ inline std::uint32_t convertEight(const char *from, const std::int32_t *ends, do
         const Bytes offZero = Vector::less8(text, Vector::every8('0'));
         const Bytes isDigit = Vector::equal8(Vector::smaller8(offZero, Vector::every8(9)), offZero);
         const Bytes isPoint = Vector::equal8(text, Vector::every8('.'));
-        const Bytes isFirst = Vector::butNot(mask, Vector::shiftedUp(mask));
-        const Bytes isMinus = Vector::both(Vector::equal8(text, Vector::every8('-')), isFirst);
-        // To be added up over a field: 16 for each digit, 1 for each point, 255 for the minus.
-        checks[i] =
-            Vector::sumsOfBytes(Vector::either(Vector::either(Vector::both(isDigit, Vector::every8(16)),
-                                                              Vector::both(isPoint, Vector::every8(1))),
-                                               isMinus));
-        // All bytes below the point; all there are when there is none.
-        const Bytes belowPoint = Vector::less64(Vector::both(isPoint, Vector::every8(1)), Vector::every64(1));
-        fractions[i] = Vector::sumsOfBytes(Vector::butNot(Vector::every8(1), belowPoint));
-        const Bytes moved = Vector::butNot(belowPoint, Vector::wherePointless(belowPoint));
+        const Bytes isSign =
+            Vector::butNot(Vector::equal8(text, Vector::every8('-')), Vector::shiftedUp(mask));
+        // To be added up over a field: 1 for each digit, 16 for each point, 255 for the minus before them.
+        checks[i] = Vector::sumsOfBytes(
+            Vector::either(Vector::less8(isSign, isDigit), Vector::both(isPoint, Vector::every8(16))));
+        // Ones in all bytes below the point and in most bits of its own; in all there are without a point.
+        const Bytes belowPoint = Vector::less64(isPoint, Vector::every64(1));
+        points[i] = Vector::sumsOfBytes(belowPoint);
+        const Bytes moved = Vector::butNot(belowPoint, Vector::whereAllOnes(belowPoint));
         const Bytes digits = Vector::both(offZero, isDigit);
         pairs[i] = Vector::joinPairs(
             Vector::either(Vector::shiftedUp(Vector::both(digits, moved)), Vector::butNot(digits, moved)));
     }
-    return Vector::finish(lengths, checks, fractions, pairs, values);
+    return Vector::finish(lengths, checks, points, pairs, values);
 }
+
+// What is to be divided by when a point is in byte 0 to 7 of eight. A text without one has it behind its end
+// like one with a point there: the sum of belowPoint over 256 is 7 for both.
+inline constexpr float divisorsByPlace[] = {1e7F, 1e6F, 1e5F, 1e4F, 1e3F, 1e2F, 1e1F, 1e0F};
 
 template <typename Vector>
 std::uint64_t convertFields(const char *from, const FieldEnds &fields, std::uint32_t count, double *values) {
@@ -128,12 +130,13 @@ void addColumns(std::size_t count, const double *values, const ColumnSums &colum
 }
 
 template <typename Vector>
-void widenColumns(std::size_t count, const double *values, double *minima, double *maxima) {
-    std::size_t i = 0;
-    for (; i + Vector::doubles <= count; i += Vector::doubles) {
-        Vector::widen(values + i, minima + i, maxima + i);
+std::uint8_t sumBytes(const char *begin, const char *end) {
+    auto sums = Vector::every64(0);
+    const char *at = begin;
+    for (; end - at >= Vector::bytes; at += Vector::bytes) {
+        sums = Vector::sum64(sums, Vector::sumsOfBytes(Vector::load(at)));
     }
-    widenPlainColumns(i, count, values, minima, maxima);
+    return static_cast<std::uint8_t>(Vector::lowTotal(sums) + sumPlainBytes(at, end));
 }
 
 } // namespace

@@ -7,13 +7,18 @@
 namespace {
 
 bool canRun(VectorLevel level) {
-#if defined(__x86_64__) || defined(__i386__)
-    if (level == VectorLevel::bits256) {
+#ifdef __x86_64__
+    switch (level) {
+    case VectorLevel::bits256:
         return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
                __builtin_cpu_supports("popcnt");
+    case VectorLevel::bits128:
+        return __builtin_cpu_supports("sse4.1") && __builtin_cpu_supports("popcnt");
+    case VectorLevel::plain:
+        break;
     }
 #endif
-    return level != VectorLevel::bits256;
+    return level == VectorLevel::plain;
 }
 
 // Null when the level is not available.
