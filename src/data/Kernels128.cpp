@@ -84,10 +84,26 @@ struct Vector128 {
     }
 
     static std::uint32_t finish(const Lengths &lengths, const Bytes *checks, const Bytes *points,
-                                const Bytes *pairs, double *values) {
-        const std::uint32_t low = finishFour(lengths.low, checks, points, pairs, values);
-        const std::uint32_t high = finishFour(lengths.high, checks + 2, points + 2, pairs + 2, values + 4);
+                                const Bytes *pairs, std::int32_t *digits, std::uint32_t *divisors) {
+        const std::uint32_t low = finishFour(lengths.low, checks, points, pairs, digits, divisors);
+        const std::uint32_t high =
+            finishFour(lengths.high, checks + 2, points + 2, pairs + 2, digits + 4, divisors + 4);
         return low | high << 4U;
+    }
+
+    static void divideEight(const std::int32_t *digits, const std::uint32_t *divisors, double *values) {
+        for (int i = 0; i < 8; i += 4) {
+            const auto load32 = [i](const auto *from) {
+                return _mm_loadu_si128(reinterpret_cast<const __m128i *>(from + i));
+            };
+            const auto divisor = [&](int field) { return divisorsByPlace[divisors[i + field] & 7U]; };
+            const __m128 quotients = _mm_div_ps(_mm_cvtepi32_ps(load32(digits)),
+                                                _mm_setr_ps(divisor(0), divisor(1), divisor(2), divisor(3)));
+            const __m128 minus = _mm_and_ps(_mm_castsi128_ps(load32(divisors)), _mm_set1_ps(-0.0F));
+            const __m128 singles = _mm_xor_ps(quotients, minus);
+            _mm_storeu_pd(values + i, _mm_cvtps_pd(singles));
+            _mm_storeu_pd(values + i + 2, _mm_cvtps_pd(_mm_movehl_ps(singles, singles)));
+        }
     }
 
     static constexpr std::size_t doubles = 2;
@@ -108,6 +124,8 @@ struct Vector128 {
     }
 
 private:
+    static void store(void *to, __m128i all) { _mm_storeu_si128(static_cast<__m128i *>(to), all); }
+
     static Bytes pair(const void *first, const void *second) {
         return _mm_unpacklo_epi64(_mm_loadl_epi64(static_cast<const __m128i *>(first)),
                                   _mm_loadl_epi64(static_cast<const __m128i *>(second)));
@@ -119,7 +137,7 @@ private:
     }
 
     static std::uint32_t finishFour(__m128i lengths, const Bytes *checks, const Bytes *points,
-                                    const Bytes *pairs, double *values) {
+                                    const Bytes *pairs, std::int32_t *digits, std::uint32_t *divisors) {
         // Fours of digits, then numbers, as 32 bits.
         const auto joinFours = [](Bytes two) { return _mm_madd_epi16(two, _mm_set1_epi32(0x00010064)); };
         const __m128i numbers = _mm_madd_epi16(_mm_packus_epi32(joinFours(pairs[0]), joinFours(pairs[1])),
@@ -133,18 +151,9 @@ private:
         const __m128i zero = _mm_setzero_si128();
         const __m128i good = butNot(either(_mm_cmpeq_epi32(surplus, zero), _mm_cmpeq_epi32(surplus, fifteen)),
                                     _mm_cmpeq_epi32(both(counts, fifteen), zero));
-        const __m128 magnitudes = _mm_div_ps(_mm_cvtepi32_ps(numbers), divisorsOf(packed(points)));
-        const __m128 singles = _mm_xor_ps(magnitudes, _mm_castsi128_ps(_mm_slli_epi32(negative, 31)));
-        _mm_storeu_pd(values, _mm_cvtps_pd(singles));
-        _mm_storeu_pd(values + 2, _mm_cvtps_pd(_mm_movehl_ps(singles, singles)));
+        store(digits, numbers);
+        store(divisors, either(_mm_srli_epi32(packed(points), 8), _mm_slli_epi32(negative, 31)));
         return static_cast<std::uint32_t>(_mm_movemask_ps(_mm_castsi128_ps(good))) ^ 0xFU;
-    }
-
-    static __m128 divisorsOf(__m128i points) {
-        alignas(16) std::int32_t places[4];
-        _mm_store_si128(reinterpret_cast<__m128i *>(places), _mm_srli_epi32(points, 8));
-        return _mm_setr_ps(divisorsByPlace[places[0]], divisorsByPlace[places[1]], divisorsByPlace[places[2]],
-                           divisorsByPlace[places[3]]);
     }
 };
 

@@ -76,7 +76,7 @@ struct Vector256 {
     }
 
     static std::uint32_t finish(__m256i lengths, const Bytes *checks, const Bytes *points, const Bytes *pairs,
-                                double *values) {
+                                std::int32_t *digits, std::uint32_t *divisors) {
         // Fours of digits, then numbers, as 32 bits.
         const auto joinFours = [](Bytes two) {
             return _mm256_madd_epi16(two, _mm256_set1_epi32(0x00010064));
@@ -93,15 +93,24 @@ struct Vector256 {
         const __m256i good = _mm256_andnot_si256(
             _mm256_cmpeq_epi32(_mm256_and_si256(counts, fifteen), zero),
             _mm256_or_si256(_mm256_cmpeq_epi32(surplus, zero), _mm256_cmpeq_epi32(surplus, fifteen)));
-        const __m256 divisors =
-            _mm256_permutevar8x32_ps(_mm256_loadu_ps(divisorsByPlace), _mm256_srli_epi32(packed(points), 8));
-        const __m256 magnitudes = _mm256_div_ps(_mm256_cvtepi32_ps(numbers), divisors);
-        const __m256 singles =
-            _mm256_xor_ps(magnitudes, _mm256_castsi256_ps(_mm256_slli_epi32(negative, 31)));
-        _mm256_storeu_pd(values, _mm256_cvtps_pd(_mm256_castps256_ps128(singles)));
-        _mm256_storeu_pd(values + 4, _mm256_cvtps_pd(_mm256_extractf128_ps(singles, 1)));
+        store(digits, numbers);
+        store(divisors, either(_mm256_srli_epi32(packed(points), 8), _mm256_slli_epi32(negative, 31)));
         const int goodBits = _mm256_movemask_ps(_mm256_castsi256_ps(good));
         return static_cast<std::uint32_t>(goodBits) ^ 0xFFU;
+    }
+
+    static void divideEight(const std::int32_t *digits, const std::uint32_t *divisors, double *values) {
+        const auto load32 = [](const void *at) {
+            return _mm256_loadu_si256(static_cast<const __m256i *>(at));
+        };
+        const __m256i divisor = load32(divisors);
+        const __m256 quotients =
+            _mm256_div_ps(_mm256_cvtepi32_ps(load32(digits)),
+                          _mm256_permutevar8x32_ps(_mm256_loadu_ps(divisorsByPlace), divisor));
+        const __m256 minus = _mm256_and_ps(_mm256_castsi256_ps(divisor), _mm256_set1_ps(-0.0F));
+        const __m256 singles = _mm256_xor_ps(quotients, minus);
+        _mm256_storeu_pd(values, _mm256_cvtps_pd(_mm256_castps256_ps128(singles)));
+        _mm256_storeu_pd(values + 4, _mm256_cvtps_pd(_mm256_extractf128_ps(singles, 1)));
     }
 
     static constexpr std::size_t doubles = 4;
@@ -122,6 +131,8 @@ struct Vector256 {
     }
 
 private:
+    static void store(void *to, __m256i all) { _mm256_storeu_si256(static_cast<__m256i *>(to), all); }
+
     // The low halves of sums of bytes, in the order of the fields.
     static __m256i packed(const Bytes *sums) {
         return _mm256_castps_si256(

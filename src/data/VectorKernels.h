@@ -61,12 +61,20 @@ std::uint32_t findFields(const char *begin, const char *from, const char *end, s
     return count < wanted ? count : wanted;
 }
 
-// Converts eight fields side by side, each in eight bytes of its own. Gives those left out.
+// What is still to be divided, field by field, so that no step waits for a quotient.
+struct Quotients {
+    std::int32_t digits[FieldEnds::most];
+    // In the lowest three bits the index of the divisor, in the highest one a minus.
+    std::uint32_t divisors[FieldEnds::most];
+};
+
+// Reads eight fields side by side, each in eight bytes of its own. Gives those left out.
 //
 // A field's bytes stand at the end of its eight, which is where the last digit belongs; the bytes before the
 // point are moved up by one place, over it, and then the digits are joined as in numberOf().
 template <typename Vector>
-inline std::uint32_t convertEight(const char *from, const std::int32_t *ends, double *values) {
+inline std::uint32_t readEight(const char *from, const std::int32_t *ends, std::int32_t *digits,
+                               std::uint32_t *divisors) {
     using Bytes = typename Vector::Bytes;
     constexpr std::size_t parts = 64 / sizeof(Bytes);
     Bytes checks[parts];
@@ -88,11 +96,11 @@ inline std::uint32_t convertEight(const char *from, const std::int32_t *ends, do
         const Bytes belowPoint = Vector::less64(isPoint, Vector::every64(1));
         points[i] = Vector::sumsOfBytes(belowPoint);
         const Bytes moved = Vector::butNot(belowPoint, Vector::whereAllOnes(belowPoint));
-        const Bytes digits = Vector::both(offZero, isDigit);
+        const Bytes values = Vector::both(offZero, isDigit);
         pairs[i] = Vector::joinPairs(
-            Vector::either(Vector::shiftedUp(Vector::both(digits, moved)), Vector::butNot(digits, moved)));
+            Vector::either(Vector::shiftedUp(Vector::both(values, moved)), Vector::butNot(values, moved)));
     }
-    return Vector::finish(lengths, checks, points, pairs, values);
+    return Vector::finish(lengths, checks, points, pairs, digits, divisors);
 }
 
 // What is to be divided by when a point is in byte 0 to 7 of eight. A text without one has it behind its end
@@ -111,10 +119,18 @@ std::uint64_t convertFields(const char *from, const FieldEnds &fields, std::uint
         }
         return leftOut;
     }
-    // The last eight are taken together with some that were converted already.
+    // The last eight are taken together with some that were read already.
+    const auto firstOf = [count](std::uint32_t i) { return i < count - atOnce ? i : count - atOnce; };
+    Quotients quotients;
     for (std::uint32_t i = 0; i < count; i += atOnce) {
-        const std::uint32_t first = i < count - atOnce ? i : count - atOnce;
-        leftOut |= std::uint64_t{convertEight<Vector>(from, fields.ends + first, values + first)} << first;
+        const std::uint32_t first = firstOf(i);
+        leftOut |= std::uint64_t{readEight<Vector>(from, fields.ends + first, quotients.digits + first,
+                                                   quotients.divisors + first)}
+                   << first;
+    }
+    for (std::uint32_t i = 0; i < count; i += atOnce) {
+        const std::uint32_t first = firstOf(i);
+        Vector::divideEight(quotients.digits + first, quotients.divisors + first, values + first);
     }
     return leftOut;
 }
