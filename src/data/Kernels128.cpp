@@ -17,8 +17,7 @@ struct Vector128 {
         const __m128i tab = every8('\t');
         std::uint64_t places = 0;
         for (unsigned i = 0; i < 64; i += 16) {
-            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at + i));
-            const auto bits = static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, tab)));
+            const auto bits = static_cast<std::uint32_t>(_mm_movemask_epi8(equal8(load(at + i), tab)));
             places |= std::uint64_t{bits} << i;
         }
         return places;

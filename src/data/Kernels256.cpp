@@ -16,8 +16,7 @@ struct Vector256 {
     static std::uint64_t tabs(const char *at) {
         const __m256i tab = every8('\t');
         const auto bits = [tab](const char *from) {
-            const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(from));
-            return static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(bytes, tab)));
+            return static_cast<std::uint32_t>(_mm256_movemask_epi8(equal8(load(from), tab)));
         };
         return bits(at) | std::uint64_t{bits(at + 32)} << 32;
     }
