@@ -1,18 +1,22 @@
 #include "cli/Arguments.h"
 
+#include "cli/ExportOptions.h"
+#include "cli/OptionValues.h"
+#include "cli/PlotOptions.h"
+
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <utility>
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Command>, 4> commandNames{{
+constexpr std::array<std::pair<std::string_view, Command>, 6> commandNames{{
     {"summary", Command::summary},
     {"variables", Command::variables},
     {"messages", Command::messages},
     {"series", Command::series},
+    {"plot", Command::plot},
+    {"export", Command::exportData},
 }};
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 3> selectors{{
@@ -20,22 +24,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 3> selectors
     {"maximum", "max"},
     {"minimum", "min"},
 }};
-
-std::string quoted(std::string_view text) {
-    return "'" + std::string(text) + "'";
-}
-
-// The whole text as a number, in no locale's manner.
-template <typename Number>
-std::optional<Number> numberFrom(std::string_view text) {
-    Number number{};
-    const char *const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end) {
-        return std::nullopt;
-    }
-    return number;
-}
 
 void setJobs(Arguments &arguments, std::string_view value) {
     arguments.jobs = numberFrom<unsigned>(value);
@@ -63,14 +51,6 @@ void setStatistic(Arguments &arguments, std::string_view value) {
     arguments.series.selector = found->second;
 }
 
-double timeFrom(std::string_view option, std::string_view value) {
-    const auto time = numberFrom<double>(value);
-    if (!time || std::isnan(*time)) {
-        throw UsageError(std::string(option) + " takes a time in UTC seconds, not " + quoted(value));
-    }
-    return *time;
-}
-
 struct Option {
     std::string_view name;
     Command command; // none: an option of every command
@@ -78,7 +58,7 @@ struct Option {
     void (*apply)(Arguments &arguments, std::string_view value);
 };
 
-constexpr std::array<Option, 7> options{{
+constexpr std::array<Option, 18> options{{
     {"--zoneinfo", Command::none, true,
      [](Arguments &arguments, std::string_view value) { arguments.zoneDirectory = value; }},
     {"--jobs", Command::none, true, setJobs},
@@ -89,6 +69,28 @@ constexpr std::array<Option, 7> options{{
      [](Arguments &arguments, std::string_view value) { arguments.series.from = timeFrom("--from", value); }},
     {"--to", Command::series, true,
      [](Arguments &arguments, std::string_view value) { arguments.series.to = timeFrom("--to", value); }},
+    {"--variable", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { addPlotVariable(arguments.plot, value); }},
+    {"--right", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { addPlotRight(arguments.plot, value); }},
+    {"--output", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { setPlotOutput(arguments.plot, value); }},
+    {"--size", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { setPlotSize(arguments.plot, value); }},
+    {"--from", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { arguments.plot.from = timeFrom("--from", value); }},
+    {"--to", Command::plot, true,
+     [](Arguments &arguments, std::string_view value) { arguments.plot.to = timeFrom("--to", value); }},
+    {"--data", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportData(arguments.exporting, value); }},
+    {"--format", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportFormat(arguments.exporting, value); }},
+    {"--output", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportOutput(arguments.exporting, value); }},
+    {"--time-columns", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportTimeColumns(arguments.exporting, value); }},
+    {"--split", Command::exportData, true,
+     [](Arguments &arguments, std::string_view value) { setExportSplit(arguments.exporting, value); }},
 }};
 
 // Walks over the arguments once.
@@ -178,6 +180,12 @@ private:
         }
         if (result_.command == Command::series && result_.series.variable.empty()) {
             throw UsageError("series needs --variable KEY");
+        }
+        if (result_.command == Command::plot) {
+            requireWholePlot(result_.plot);
+        }
+        if (result_.command == Command::exportData) {
+            requireWholeExport(result_.exporting);
         }
         if (result_.files.empty()) {
             throw UsageError("no FILE is given");

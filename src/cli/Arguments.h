@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/Record.h"
+#include "export/ExportRequest.h"
 
 #include <optional>
 #include <stdexcept>
@@ -8,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-enum class Command { none, summary, variables, messages, series };
+enum class Command { none, summary, variables, messages, series, plot, exportData };
 
 // What is wrong with the command line, for people; names the option or command in question.
 class UsageError : public std::runtime_error {
@@ -24,6 +25,25 @@ struct SeriesWish {
     double to = wholeRangeEnd;
 };
 
+// The picture wanted of some variables.
+struct PlotWish {
+    std::vector<std::string> left; // variable keys, at least one, and those for the right axis
+    std::vector<std::string> right;
+    double from = wholeRangeStart; // UTC seconds
+    double to = wholeRangeEnd;
+    int width = 1200; // pixels
+    int height = 600;
+    std::string output; // path that ends in .png, .svg or .pdf
+};
+
+// The data to export, and how.
+struct ExportWish {
+    std::string instrument;
+    std::string tag;
+    std::optional<ExportFormat> format; // as given; set for a command that runs
+    ExportRequest request;
+};
+
 // A command line, understood.
 struct Arguments {
     enum class Action { run, showHelp, showVersion };
@@ -34,6 +54,8 @@ struct Arguments {
     std::optional<unsigned> jobs; // at least 1
     bool quiet = false;
     SeriesWish series;
+    PlotWish plot;
+    ExportWish exporting;
     std::vector<std::string> files; // at least one for a command that runs
 };
 

@@ -1,11 +1,14 @@
 #include "cli/Commands.h"
 
+#include "cli/ExportCommand.h"
 #include "cli/FileArguments.h"
 #include "cli/OrderedLoader.h"
 #include "cli/Output.h"
+#include "cli/PlotCommand.h"
 #include "cli/ProgressBar.h"
 #include "cli/StandardError.h"
 #include "data/FragmentSummary.h"
+#include "export/LoadedFileGuard.h"
 
 #include <algorithm>
 #include <array>
@@ -44,11 +47,10 @@ std::int64_t bytesOf(const std::vector<std::string> &files) {
 }
 
 // Loads all files and hands them to `use` in the order given.
-void loadEach(const Arguments &arguments, StandardError &standardError,
+void loadEach(const Arguments &arguments, const std::vector<std::string> &files, StandardError &standardError,
               const std::function<void(const LoadedFile &)> &use) {
-    std::vector<std::string> files = filesOf(arguments);
     ProgressBar progress(standardError, "Loading", bytesOf(files));
-    OrderedLoader loader(std::move(files), arguments.jobs.value_or(defaultJobs()), progress);
+    OrderedLoader loader(files, arguments.jobs.value_or(defaultJobs()), progress);
     while (const auto file = loader.next()) {
         if (!file->report.problem.isEmpty()) {
             std::cerr << file->name << ": " << file->report.problem.toStdString() << '\n';
@@ -57,9 +59,10 @@ void loadEach(const Arguments &arguments, StandardError &standardError,
     }
 }
 
-DataSet loadMerged(const Arguments &arguments, StandardError &standardError) {
+DataSet loadMerged(const Arguments &arguments, const std::vector<std::string> &files,
+                   StandardError &standardError) {
     DataSet merged;
-    loadEach(arguments, standardError, [&merged](const LoadedFile &file) { merged.merge(file.data); });
+    loadEach(arguments, files, standardError, [&merged](const LoadedFile &file) { merged.merge(file.data); });
     return merged;
 }
 
@@ -84,8 +87,9 @@ bool hasErrors(const LoadedFile &file) {
     return file.data.checksumFailures() != 0 || !file.data.messageText().empty();
 }
 
-void printMessages(const Arguments &arguments, Output &output, StandardError &standardError) {
-    loadEach(arguments, standardError, [&](const LoadedFile &file) {
+void printMessages(const Arguments &arguments, const std::vector<std::string> &files, Output &output,
+                   StandardError &standardError) {
+    loadEach(arguments, files, standardError, [&](const LoadedFile &file) {
         for (const QString &message : messagesOf(file.data, file.report)) {
             output.write(file.name + ": " + message.toStdString() + '\n');
         }
@@ -121,23 +125,43 @@ void printSeries(const DataSet &data, const SeriesWish &wish, Output &output) {
     }
 }
 
+// An input is never replaced.
+bool mayWriteTo(const std::string &path, const std::vector<std::string> &inputs) {
+    LoadedFileGuard guard([&inputs] { return std::set<std::string>(inputs.begin(), inputs.end()); });
+    const bool isInput = guard.isLoaded(path);
+    if (isInput) {
+        std::cerr << path << ": This is one of the files to be read; nothing is written\n";
+    }
+    return !isInput;
+}
+
 } // namespace
 
 void runCommand(const Arguments &arguments, Output &output, StandardError &standardError) {
+    const std::vector<std::string> files = filesOf(arguments);
+    const auto merged = [&] { return loadMerged(arguments, files, standardError); };
     switch (arguments.command) {
     case Command::none:
         break;
     case Command::summary:
-        printSummary(loadMerged(arguments, standardError), output);
+        printSummary(merged(), output);
         break;
     case Command::variables:
-        printVariables(loadMerged(arguments, standardError), output);
+        printVariables(merged(), output);
         break;
     case Command::messages:
-        printMessages(arguments, output, standardError);
+        printMessages(arguments, files, output, standardError);
         break;
     case Command::series:
-        printSeries(loadMerged(arguments, standardError), arguments.series, output);
+        printSeries(merged(), arguments.series, output);
+        break;
+    case Command::plot:
+        if (mayWriteTo(arguments.plot.output, files)) {
+            drawPlot(merged(), arguments.plot, standardError);
+        }
+        break;
+    case Command::exportData:
+        exportData(merged(), files, arguments.exporting, standardError);
         break;
     }
 }

@@ -14,6 +14,8 @@ Commands:
   variables  the variables and their units
   messages   what is wrong with the files: checksum errors, parse errors
   series     the points of one variable
+  plot       a picture of variables against time
+  export     the records, written to a text, TOB1 or diagnostics file
 
 Options:
   --zoneinfo DIR  folder of the compiled time zones (default: zoneinfo beside the program)
@@ -54,6 +56,38 @@ Options:
   --from T, --to T  UTC seconds, both included (default: the whole range)
 )";
 
+constexpr std::string_view plotHelp =
+    R"(Usage: fvqa300-cli plot --variable KEY [--variable KEY]... [--right KEY]... --output PATH
+                        [OPTIONS] FILE...
+
+Draws what a plot window shows of these variables, without a display. The path's ending
+chooses the format: .png, .svg or .pdf.
+
+Options:
+  --variable KEY    a variable for the left axis, as the command "variables" names it
+  --right KEY       a variable for the right axis
+  --output PATH     the picture; an earlier one is replaced
+  --from T, --to T  UTC seconds (default: the whole range)
+  --size WxH        pixels, of 96 to the inch (default: 1200x600)
+)";
+
+constexpr std::string_view exportHelp =
+    R"(Usage: fvqa300-cli export --data INSTRUMENT:TAG --format FORMAT --output PATH [OPTIONS] FILE...
+
+Writes all records of one kind to a file, or to a series of files, as the viewer does.
+
+Options:
+  --data INSTRUMENT:TAG  the kind of data: a variable's key up to its second ":"
+  --format FORMAT        text, tob1 or diagnostics
+  --output PATH          the file, taken as given: no extension is added. It must not be one of
+                         the files that are read
+  --time-columns MASK    of text: seconds, nanoseconds, date, time, timestamp, offset, joined by
+                         commas, or the sum of 1, 2, 4, 8, 16, 32 (default: 3)
+  --split SECONDS        begin a new file, named by the local time of its first record, each
+                         1800, 3600, 7200, 14400 or 86400 s (UTC; default: 0, one file).
+                         Diagnostics are never split
+)";
+
 } // namespace
 
 std::string_view helpText(Command command) {
@@ -68,6 +102,10 @@ std::string_view helpText(Command command) {
         return messagesHelp;
     case Command::series:
         return seriesHelp;
+    case Command::plot:
+        return plotHelp;
+    case Command::exportData:
+        return exportHelp;
     }
     return generalHelp;
 }

@@ -22,8 +22,12 @@ constexpr int wrongUsage = 2;
 
 StandardError *standardErrorOfQt = nullptr;
 
-// Warnings of the libraries are shown, but say nothing about what was asked for.
+// Warnings of the libraries are shown, but say nothing about what was asked for. Where a desktop would keep
+// its sockets is of no interest where there is none.
 void showQtMessage(QtMsgType, const QMessageLogContext &, const QString &message) {
+    if (message.startsWith(QLatin1String("QStandardPaths: "))) {
+        return;
+    }
     standardErrorOfQt->remark(message.toStdString());
 }
 
@@ -75,7 +79,9 @@ int statusOf(const std::string &program, const std::vector<std::string> &argumen
 } // namespace
 
 int main(int argc, char **argv) {
-    std::signal(SIGPIPE, SIG_IGN); // a pipe that nobody reads shows as a write error
+    // A pipe that nobody reads, and a file that may not grow any more, show as write errors.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     installInterruptHandling();
     // Names of files are UTF-8, also where the locale says otherwise.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));

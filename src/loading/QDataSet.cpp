@@ -102,6 +102,11 @@ void QDataSet::OnThreadFinished(QDataSetThread *thread) {
     StartNext();
 }
 
+void QDataSet::addLoaded(const DataSet &source) {
+    const WriteGuard guard(lock_);
+    dataSet_.merge(source);
+}
+
 bool QDataSet::isBeingLoaded(const QString &fileName) const {
     const auto isOfFile = [&fileName](const QDataSetThread *thread) {
         return thread->fileName() == fileName;

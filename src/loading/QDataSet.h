@@ -36,6 +36,9 @@ public:
     // the same: this order is kept.
     void RemoveFile(const QString &fileName);
 
+    // Takes in what was loaded without workers of its own, as the companion loads.
+    void addLoaded(const DataSet &source);
+
     // For the workers: reads the file into `source`, reporting by signals.
     void LoadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled);
 

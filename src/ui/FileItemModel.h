@@ -35,6 +35,7 @@ public:
     // The same for the first row with exactly this path, letter case included.
     bool RemoveFile(const QString &path);
 
+    const QStringList &paths() const { return paths_; }
     QDataSet *dataSet() const { return dataSet_; }
 
 Q_SIGNALS:

@@ -1,7 +1,12 @@
 #include "ui/MyFrame.h"
 
+#include "data/VariableKey.h"
+#include "export/ExportChoices.h"
+#include "export/ExportJob.h"
 #include "loading/QDataSet.h"
 #include "ui/AboutWidget.h"
+#include "ui/ExportProgressDialog.h"
+#include "ui/ExportWhatDialog.h"
 #include "ui/FileItemModel.h"
 #include "ui/FileItemView.h"
 #include "ui/FileWidget.h"
@@ -9,6 +14,7 @@
 #include "ui/icons/add.xpm"
 #include "ui/icons/remove.xpm"
 
+#include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDropEvent>
 #include <QFileDialog>
@@ -142,7 +148,77 @@ void MyFrame::OnCloseFile() {
 }
 
 void MyFrame::OnExportFile() {
-    std::cerr << "Export is not available yet\n";
+    const std::set<std::string> groups = exportableGroups();
+    if (groups.empty() || isExporting_) {
+        return;
+    }
+    if (exportDialog_ == nullptr) {
+        exportDialog_ = new ExportWhatDialog(this, timeColumns_);
+    }
+    exportDialog_->fillList(groups);
+    if (exportDialog_->exec() != QDialog::Accepted) {
+        return;
+    }
+    const ExportWhatDialog::Results results = exportDialog_->results();
+    timeColumns_ = results.timeColumns;
+    if (!results.targetName.empty() && !results.selectedItem.empty()) {
+        exportData(results.fileType, results.selectedItem, results.targetName, results.splitPeriod);
+    }
+}
+
+// Instrument ":" tag, of every variable that has both.
+std::set<std::string> MyFrame::exportableGroups() const {
+    std::set<std::string> groups;
+    for (const std::string &text : model_->dataSet()->variableKeys()) {
+        if (const auto key = splitVariableKey(text)) {
+            groups.insert(std::string(key->instrument) + ':' + std::string(key->tag));
+        }
+    }
+    return groups;
+}
+
+// Also the files that are still being loaded.
+std::set<std::string> MyFrame::protectedFiles() const {
+    std::set<std::string> files = model_->dataSet()->fileNames();
+    for (const QString &path : model_->paths()) {
+        files.insert(path.toStdString());
+    }
+    return files;
+}
+
+void MyFrame::exportData(int fileType, const std::string &item, const std::string &targetName,
+                         std::int32_t splitPeriod) {
+    const auto colon = item.find(':');
+    const std::string instrument = item.substr(0, colon);
+    ExportSource source = exportSourceOf(*model_->dataSet(), instrument, item.substr(colon + 1));
+    source.loadedFiles = [this] { return protectedFiles(); };
+    isExporting_ = true; // already now: the progress dialog processes events while it is made
+    exportProgress_ = new ExportProgressDialog(this, *model_->dataSet(), instrument);
+    if (!closeAfterExport_) {
+        runExport(source, {exportFormatOf(fileType), targetName, timeColumns_, splitPeriod},
+                  *exportProgress_);
+    }
+    delete exportProgress_;
+    isExporting_ = false;
+    if (closeAfterExport_) {
+        closeAfterExport_ = false;
+        QMetaObject::invokeMethod(window(), "close", Qt::QueuedConnection);
+    }
+}
+
+bool MyFrame::endExport() {
+    if (!isExporting_) {
+        return true;
+    }
+    closeAfterExport_ = true;
+    if (exportProgress_) {
+        exportProgress_->cancel();
+    }
+    return false;
+}
+
+void MyFrame::closeEvent(QCloseEvent *event) {
+    event->setAccepted(endExport());
 }
 
 void MyFrame::OnHelp() {

@@ -4,8 +4,14 @@
 #include "ui/StreamRedirection.h"
 
 #include <QFrame>
+#include <QPointer>
+
+#include <set>
+#include <string>
 
 class AboutWidget;
+class ExportProgressDialog;
+class ExportWhatDialog;
 class FileItemModel;
 class FileItemView;
 class FileWidget;
@@ -33,6 +39,10 @@ public:
     // 0 stands for the default.
     void setTimeColumns(quint32 mask) { timeColumns_ = mask == 0 ? defaultTimeColumns : mask; }
 
+    // Cancels an export that runs; true when none does. A window that is asked to close while one runs closes
+    // as soon as it has ended.
+    bool endExport();
+
 Q_SIGNALS:
     void Message(const char *line);
 
@@ -49,11 +59,16 @@ public Q_SLOTS:
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     QHBoxLayout *makeButtonRow();
     void connectAll();
     void updateExportButton();
+    std::set<std::string> exportableGroups() const;
+    std::set<std::string> protectedFiles() const;
+    void exportData(int fileType, const std::string &item, const std::string &targetName,
+                    std::int32_t splitPeriod);
 
     QString helpPath_;
     FileItemView *view_;
@@ -67,6 +82,10 @@ private:
     QPushButton *exportButton_;
     QPushButton *helpButton_;
     QPushButton *closeButton_;
+    ExportWhatDialog *exportDialog_ = nullptr; // made at the first export
+    bool isExporting_ = false;
+    QPointer<ExportProgressDialog> exportProgress_; // of the export that runs
+    bool closeAfterExport_ = false;
     quint32 timeColumns_ = defaultTimeColumns;
     StreamRedirection standardError_; // last, so that it ends before messages_ does
 };

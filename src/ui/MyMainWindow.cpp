@@ -34,6 +34,10 @@ MyMainWindow::MyMainWindow(const QString &displayName, const QString &applicatio
 }
 
 void MyMainWindow::closeEvent(QCloseEvent *event) {
+    if (frame_ && !frame_->endExport()) {
+        event->ignore();
+        return;
+    }
     writeSettings();
     QMainWindow::closeEvent(event);
 }

@@ -78,3 +78,8 @@ void SummaryTableWidget::showVariables(const std::set<std::string> &keys) {
     setHorizontalHeaderLabels(titles);
     resizeColumnsToContents();
 }
+
+// Not the table's own selecting of further cells: a variable is being dragged out.
+void SummaryTableWidget::mouseMoveEvent(QMouseEvent *event) {
+    Q_EMIT GotMouseMoveEvent(event);
+}

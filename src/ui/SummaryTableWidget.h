@@ -15,4 +15,10 @@ public:
 
     // Shows these variable keys in place of what was shown; those without two ":" are left out.
     void showVariables(const std::set<std::string> &keys);
+
+Q_SIGNALS:
+    void GotMouseMoveEvent(QMouseEvent *event);
+
+protected:
+    void mouseMoveEvent(QMouseEvent *event) override;
 };

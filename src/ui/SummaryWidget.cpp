@@ -1,12 +1,20 @@
 #include "ui/SummaryWidget.h"
 
 #include "loading/QDataSet.h"
+#include "plot/PlotDialog.h"
+#include "time/Timezone.h"
 #include "ui/SummaryTableWidget.h"
 
+#include <QApplication>
+#include <QCursor>
+#include <QDrag>
 #include <QElapsedTimer>
+#include <QMimeData>
+#include <QMouseEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <iostream>
 
 SummaryWidget::SummaryWidget(QWidget *parent, QDataSet *dataSet)
     : QWidget(parent),
@@ -21,6 +29,9 @@ SummaryWidget::SummaryWidget(QWidget *parent, QDataSet *dataSet)
     connect(&later_, SIGNAL(timeout()), SLOT(rebuild()));
     connect(dataSet_, SIGNAL(FileLoaded(QString)), SLOT(Update()));
     connect(dataSet_, SIGNAL(FileRemoved(QString)), SLOT(Update()));
+    connect(table_, SIGNAL(cellDoubleClicked(int, int)), SLOT(OnCellDoubleClicked(int, int)));
+    connect(table_, SIGNAL(cellPressed(int, int)), SLOT(OnCellPressed(int, int)));
+    connect(table_, SIGNAL(GotMouseMoveEvent(QMouseEvent *)), SLOT(OnCellMouseMoved(QMouseEvent *)));
 }
 
 void SummaryWidget::Update() {
@@ -46,3 +57,42 @@ void SummaryWidget::rebuild() {
     table_->showVariables(dataSet_->variableKeys());
     lastCost_ = timer.elapsed();
 }
+
+QString SummaryWidget::keyOfCell(int row, int column) const {
+    const QTableWidgetItem *item = table_->item(row, column);
+    return item != nullptr ? item->data(Qt::UserRole).toString() : QStringLiteral("NONE");
+}
+
+void SummaryWidget::OnCellPressed(int row, int column) {
+    pressedAt_ = QCursor::pos();
+    pressedKey_ = keyOfCell(row, column);
+}
+
+void SummaryWidget::OnCellDoubleClicked(int row, int column) {
+    try {
+        auto *plot = new PlotDialog(this, dataSet_, keyOfCell(row, column));
+        plot->show();
+    } catch (const Timezone::Error &error) {
+        std::cerr << error.what() << '\n';
+    }
+}
+
+// A short jitter during a double-click must not start a drag, hence three times the usual distance.
+void SummaryWidget::OnCellMouseMoved(QMouseEvent *event) {
+    if ((event->buttons() & Qt::LeftButton) == 0) {
+        return;
+    }
+    const QPoint way = event->screenPos().toPoint() - pressedAt_;
+    if (way.manhattanLength() < 3 * QApplication::startDragDistance()) {
+        return;
+    }
+    auto *mimeData = new QMimeData;
+    mimeData->setText(pressedKey_);
+    auto *drag = new QDrag(this);
+    drag->setMimeData(mimeData);
+    connect(drag, &QDrag::targetChanged, this,
+            [this](QObject *target) { OnTargetChanged(qobject_cast<QWidget *>(target)); });
+    drag->exec(Qt::CopyAction);
+}
+
+void SummaryWidget::OnTargetChanged(QWidget *) {}

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <QPoint>
+#include <QString>
 #include <QTimer>
 #include <QWidget>
 
 #include <cstdint>
 
 class QDataSet;
+class QMouseEvent;
 class SummaryTableWidget;
 
-// Shows the variables of all loaded files. `dataSet` must outlive it.
+// Shows the variables of all loaded files. A double-click on one opens a plot window of it; dragged, it
+// carries its key as text, which a plot window takes as a further curve. `dataSet` must outlive it.
 class SummaryWidget : public QWidget {
     Q_OBJECT
 
@@ -20,13 +24,22 @@ public Q_SLOTS:
     // quick, else a little later, so that very many files with variables of their own do not each wait for a
     // large table.
     void Update();
+    void OnCellPressed(int row, int column);
+    void OnCellDoubleClicked(int row, int column);
+    void OnCellMouseMoved(QMouseEvent *event);
+    // While a variable is dragged over `target`; changes nothing.
+    void OnTargetChanged(QWidget *target);
 
 private Q_SLOTS:
     void rebuild();
 
 private:
+    QString keyOfCell(int row, int column) const;
+
     QDataSet *dataSet_;
     SummaryTableWidget *table_;
+    QPoint pressedAt_; // on the screen
+    QString pressedKey_;
     QTimer later_;
     qint64 lastCost_ = 0;         // of the last rebuild, ms
     std::uint64_t shownRevision_; // of the variable keys that the table shows

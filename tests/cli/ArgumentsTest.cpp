@@ -14,8 +14,7 @@ TEST(Arguments, WrongUsageIsRefusedByNamingWhatIsWrong) {
     const std::vector<WrongUsage> rows{
         {{}, "no command"},
         {{"--quiet"}, "no command"},
-        {{"export", "a"}, "'export'"},
-        {{"plot", "a"}, "'plot'"},
+        {{"draw", "a"}, "'draw'"},
         {{"Summary", "a"}, "'Summary'"},
         {{"summary"}, "FILE"},
         {{"summary", "--"}, "FILE"},
@@ -51,6 +50,70 @@ TEST(Arguments, WrongUsageIsRefusedByNamingWhatIsWrong) {
             EXPECT_NE(std::string(error.what()).find(row.named), std::string::npos) << error.what();
         }
     }
+}
+
+TEST(Arguments, WrongUsageOfExportIsRefusedByNamingTheOption) {
+    const std::vector<std::string> whole{"export", "--data", "Q:DATA", "--format", "text", "--output", "o"};
+    const auto with = [&whole](std::initializer_list<std::string> more) {
+        std::vector<std::string> arguments = whole;
+        arguments.insert(arguments.end(), more);
+        arguments.emplace_back("a");
+        return arguments;
+    };
+    EXPECT_EQ(parseArguments(with({})).action, Arguments::Action::run);
+    const std::vector<WrongUsage> rows{
+        {whole, "FILE"},
+        {{"export", "a"}, "--data"},
+        {{"export", "--data", "Q:DATA", "--output", "o", "a"}, "--format"},
+        {{"export", "--data", "Q:DATA", "--format", "text", "a"}, "--output"},
+        {{"export", "--format", "text", "--output", "o", "a"}, "--data"},
+        {{"export", "--data", "QDATA", "a"}, "--data"},
+        {{"export", "--data", "", "a"}, "--data"},
+        {{"export", "--data", ":", "a"}, "--data"},
+        {with({"--data", "Q:DATA"}), "--data"},
+        {with({"--format", "csv"}), "--format"},
+        {with({"--format", "TEXT"}), "--format"},
+        {with({"--format", ""}), "--format"},
+        {with({"--output", ""}), "--output"},
+        {with({"--time-columns", ""}), "--time-columns"},
+        {with({"--time-columns", "64"}), "--time-columns"},
+        {with({"--time-columns", "-1"}), "--time-columns"},
+        {with({"--time-columns", "date,hour"}), "--time-columns"},
+        {with({"--split", "900"}), "--split"},
+        {with({"--split", "-1800"}), "--split"},
+        {with({"--split", "1h"}), "--split"},
+        {with({"--split", ""}), "--split"},
+        {with({"--split", "99999999999"}), "--split"},
+        {with({"--from", "0"}), "'--from'"},
+        {{"series", "--variable", "k", "--format", "text", "a"}, "'--format'"},
+    };
+    for (const WrongUsage &row : rows) {
+        try {
+            parseArguments(row.arguments);
+            ADD_FAILURE() << "accepted: a row with " << row.named;
+        } catch (const UsageError &error) {
+            EXPECT_NE(std::string(error.what()).find(row.named), std::string::npos) << error.what();
+        }
+    }
+}
+
+TEST(Arguments, AnExportIsOneFileWithSecondsAndNanosecondsUnlessAskedOtherwise) {
+    const Arguments plain =
+        parseArguments({"export", "--data", "Q:DATA", "--format", "tob1", "--output", "./o.x", "a"});
+    EXPECT_EQ(plain.exporting.instrument, "Q");
+    EXPECT_EQ(plain.exporting.tag, "DATA");
+    EXPECT_EQ(plain.exporting.request.format, ExportFormat::tob1);
+    EXPECT_EQ(plain.exporting.request.targetName, "./o.x");
+    EXPECT_EQ(plain.exporting.request.timeColumns, 3U);
+    EXPECT_EQ(plain.exporting.request.splitPeriod, 0);
+    const Arguments other =
+        parseArguments({"export", "a", "--data=Q:D:E", "--format=diagnostics", "--output=o",
+                        "--time-columns=timestamp,offset", "--split", "86400"});
+    EXPECT_EQ(other.exporting.instrument, "Q");
+    EXPECT_EQ(other.exporting.tag, "D:E");
+    EXPECT_EQ(other.exporting.request.format, ExportFormat::diagnostics);
+    EXPECT_EQ(other.exporting.request.timeColumns, 48U);
+    EXPECT_EQ(other.exporting.request.splitPeriod, 86400);
 }
 
 TEST(Arguments, DefaultsAreTheWholeRangeOfAverages) {

@@ -8,6 +8,7 @@
 #include <poll.h>
 #include <stdexcept>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -41,6 +42,10 @@ Pipe makePipe() {
         // Refused to those who are not root, who obey them anyway.
         ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
         ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
+    }
+    if (setup.largestFile > 0) {
+        const rlimit limit{setup.largestFile, setup.largestFile};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
     }
     std::vector<std::string> words{FVQA_CLI_PROGRAM};
     words.insert(words.end(), arguments.begin(), arguments.end());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -23,6 +24,7 @@ public:
         std::string outputFile;               // standard output, else a pipe
         int errorDescriptor = -1;             // standard error, else a pipe
         bool obeysFileModes = false;          // also when the test runs as root
+        std::size_t largestFile = 0;          // bytes that a file may grow to; 0 for no limit
     };
 
     explicit CliProcess(const std::vector<std::string> &arguments) : CliProcess(arguments, Setup()) {}

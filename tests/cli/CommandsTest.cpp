@@ -29,7 +29,8 @@ TEST(Commands, VersionIsTheNameAndTheNumber) {
 }
 
 TEST(Commands, HelpGoesToStandardOutput) {
-    const std::vector<std::string> commands{"", "summary", "variables", "messages", "series"};
+    const std::vector<std::string> commands{"",       "summary", "variables", "messages",
+                                            "series", "plot",    "export"};
     for (const std::string &command : commands) {
         const CliResult result = command.empty() ? runCli({"--help"}) : runCli({command, "--help"});
         EXPECT_EQ(result.status, 0);
@@ -42,7 +43,7 @@ TEST(Commands, WrongUsageEndsWithTwoAndNamesTheOption) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> rows{
         {{}, "no command"},
         {{"summary"}, "FILE"},
-        {{"export", "a"}, "export"},
+        {{"plot", "a"}, "plot"},
         {{"--nonsense", "summary", "a"}, "--nonsense"},
         {{"summary", "--jobs", "0", "a"}, "--jobs"},
         {{"series", "--variable", "k", "--from", "abc", "a"}, "--from"},

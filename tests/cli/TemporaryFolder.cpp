@@ -1,7 +1,9 @@
 #include "cli/TemporaryFolder.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -34,4 +36,21 @@ std::string TemporaryFolder::write(std::string_view name, std::string_view conte
 std::string TemporaryFolder::makeFolder(std::string_view name) const {
     fs::create_directories(path_ / name);
     return path(name);
+}
+
+std::string TemporaryFolder::read(std::string_view name) const {
+    std::ifstream stream(path_ / name, std::ios::binary);
+    if (!stream) {
+        throw std::runtime_error("cannot read " + path(name));
+    }
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<std::string> TemporaryFolder::names() const {
+    std::vector<std::string> names;
+    for (const fs::directory_entry &entry : fs::directory_iterator(path_)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // A new folder that is gone at the end of its test.
 class TemporaryFolder {
@@ -16,6 +17,10 @@ public:
     // Writes a file, with the folders it lies in, and returns its path.
     std::string write(std::string_view name, std::string_view content) const;
     std::string makeFolder(std::string_view name) const;
+    // The content of a file; throws std::runtime_error when there is none.
+    std::string read(std::string_view name) const;
+    // The names of what lies in it, sorted.
+    std::vector<std::string> names() const;
 
 private:
     std::filesystem::path path_;

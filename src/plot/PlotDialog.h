@@ -1,0 +1,88 @@
+#pragma once
+
+#include "time/Timezone.h"
+
+#include <QDialog>
+#include <QPair>
+#include <QVector>
+
+#include <memory>
+
+class PlotZoomer;
+class QAction;
+class QBoxLayout;
+class QDataSet;
+class QLineEdit;
+class QPrintDialog;
+class QPrinter;
+class QPushButton;
+class QToolButton;
+class TimeSeriesPlot;
+
+// A window that draws variables against time: zoom history, automatic scaling, a range for the left axis,
+// curves that can be hidden, pictures and printing.
+//
+// A variable's key dropped as text adds its curves, on the right axis when it is dropped on the right half.
+// Deletes itself when it is closed. The data set must outlive it.
+class PlotDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    class _QwtPlotData; // shows a series to its curve: plot/PlotCurveData.h
+
+    // Throws Timezone::Error when the zone file of the variable's zone has become unreadable.
+    PlotDialog(QWidget *parent, const QDataSet *dataSet, const QString &key);
+    ~PlotDialog() override;
+
+public Q_SLOTS:
+    void OnZoomed(const QRectF &rect);
+    void OnZoomLeft();
+    void OnZoomRight();
+    void OnAutoScaleFull();
+    void OnAutoScaleVertical();
+    void OnAutoScaleHorizontal();
+    void OnPrintClicked();
+    void OnLegendChecked(const QVariant &info, bool on, int index);
+    void OnYMinMaxApplyClicked();
+    void OnYMinMaxEditChanged();
+
+    void copyPicture();
+    void savePicture();
+    void giveUpOrClose();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+private:
+    QBoxLayout *makeControls();
+    QToolButton *makeToolButton(const QIcon &icon, const QString &toolTip);
+    void makeActions();
+    void connectAll();
+
+    void zoomTo(const QRectF &rect);
+    void loadView();
+    void updateButtons();
+    void showYRange(const QRectF &rect);
+    void extendZoomBase(bool wasEmpty);
+    void tell(const QString &title, const QString &problem);
+
+    TimeSeriesPlot *plot_;
+    PlotZoomer *zoomer_;
+    QToolButton *previousButton_;
+    QToolButton *nextButton_;
+    QToolButton *fullButton_;
+    QToolButton *horizontalButton_;
+    QToolButton *verticalButton_;
+    QPushButton *yRangeButton_;
+    QLineEdit *yMinimumEdit_;
+    QLineEdit *yMaximumEdit_;
+    QPushButton *printButton_;
+    QPushButton *closeButton_;
+    QVector<QPair<QToolButton *, QAction *>> zoomControls_; // button and menu entry of the same
+    bool yRangeIsUsers_ = false;                            // what the edits hold was entered by the user
+    bool viewIsLoaded_ = false;                             // by the last zoom
+    std::unique_ptr<QPrinter> printer_;
+    QPrintDialog *printDialog_ = nullptr;
+};

@@ -1,0 +1,46 @@
+#include "ui/ExportProgressDialog.h"
+
+#include "loading/QDataSet.h"
+
+#include <QApplication>
+
+#include <limits>
+
+namespace {
+
+ProgressScale scaleOf(const QDataSet &dataSet, const std::string &instrument) {
+    double earliest = std::numeric_limits<double>::max();
+    double latest = std::numeric_limits<double>::lowest();
+    dataSet.timeRangeOfInstrument(instrument, earliest, latest);
+    return {earliest, latest};
+}
+
+} // namespace
+
+ExportProgressDialog::ExportProgressDialog(QWidget *parent, const QDataSet &dataSet,
+                                           const std::string &instrument)
+    : QProgressDialog(tr("Exporting file"), tr("Cancel"), 0, 100, parent),
+      scale_(scaleOf(dataSet, instrument)) {
+    setWindowModality(Qt::WindowModal);
+    setValue(0);
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    QCoreApplication::processEvents();
+}
+
+ExportProgressDialog::~ExportProgressDialog() {
+    QApplication::restoreOverrideCursor();
+}
+
+void ExportProgressDialog::showFile(const std::string &name) {
+    setLabelText(tr("Exporting file: ") + QString::fromStdString(name));
+    QCoreApplication::processEvents();
+}
+
+void ExportProgressDialog::showTime(double utcSeconds) {
+    setValue(scale_.percentAt(utcSeconds));
+    QCoreApplication::processEvents();
+}
+
+void ExportProgressDialog::showEnd() {
+    setValue(maximum());
+}
