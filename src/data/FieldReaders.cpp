@@ -1,6 +1,7 @@
 #include "data/FieldReaders.h"
 
 #include "data/NumberReading.h"
+#include "data/PlainFields.h"
 
 #include <cmath>
 
@@ -113,15 +114,18 @@ public:
     RunningSum(std::uint8_t seed, const char *begin) : at_(begin), sum_(seed) {}
 
     std::uint8_t upTo(const char *end) {
+        // In eight bits, so that the compiler can add many bytes at a time.
+        std::uint8_t sum = sum_;
         for (; at_ < end; ++at_) {
-            sum_ += static_cast<unsigned char>(*at_);
+            sum = static_cast<std::uint8_t>(sum + static_cast<unsigned char>(*at_));
         }
-        return static_cast<std::uint8_t>(sum_);
+        sum_ = sum;
+        return sum;
     }
 
 private:
     const char *at_;
-    std::uint32_t sum_;
+    std::uint8_t sum_;
 };
 
 FieldResult checkSum(TextCursor &cursor, RunningSum &running, const char *fields) {
@@ -161,6 +165,7 @@ FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t che
     static_cast<RecordStamp &>(record) = RecordStamp();
     TextCursor cursor{fields.data(), fields.data() + fields.size()};
     RunningSum running(checksumSeed, fields.data());
+    PlainFields plain(cursor);
     for (const FieldReader &reader : readers) {
         bool good = true;
         switch (reader.kind) {
@@ -195,7 +200,7 @@ FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t che
             break;
         }
         case FieldReader::Kind::checkedValues:
-            good = passFloats(cursor, reader.fieldCount);
+            good = passFloats(cursor, reader.fieldCount, plain);
             break;
         case FieldReader::Kind::skip:
             // A reader that needs a field follows. Without this, a header of very many skipped columns would

@@ -1,8 +1,12 @@
 #include "data/NumberReading.h"
 
+#include "data/PlainFields.h"
+
 #include <algorithm>
 #include <bit>
 #include <charconv>
+#include <cstring>
+#include <iterator>
 #include <limits>
 #include <system_error>
 
@@ -70,12 +74,51 @@ bool isTooLarge(const char *at, const char *end, bool hexadecimal) {
     return exponent + place * (hexadecimal ? 4 : 1) > 0;
 }
 
-// Reads the plain numbers that analysers write, such as "412.345": digits, perhaps a point, no exponent.
-// False, with the cursor unmoved, when the text is anything else or the short way might not round as the long
-// one.
-bool readPlainDecimal(TextCursor &cursor, float &magnitude) {
-    static constexpr double powersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+// Digits with a point somewhere among them: their number without the point, and how many stand behind it.
+struct Decimal {
+    std::uint64_t digits = 0;
+    std::ptrdiff_t fraction = 0;
+};
+
+// Reads a decimal of at most eight bytes, with the point, before a tab: nearly all are. False, with the
+// cursor unmoved, for any other text and near the end of the line.
+bool takeShortDecimal(TextCursor &cursor, Decimal &decimal) {
+    constexpr std::ptrdiff_t width = 8;
+    if (std::endian::native != std::endian::little || cursor.end - cursor.at <= width) {
+        return false;
+    }
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, cursor.at, width);
+    bytes ^= 0x3030303030303030; // digits become their value, all other bytes more than 9
+    constexpr std::uint64_t highBits = 0x8080808080808080;
+    // Exact up to the second byte that is no digit, if the first is the point.
+    std::uint64_t others = ((bytes + 0x7676767676767676) | bytes) & highBits;
+    const auto placeOf = [](std::uint64_t bits) { return std::countr_zero(bits) / 8; }; // 8 for none
+    const int whole = placeOf(others);
+    const bool hasPoint = whole < width && cursor.at[whole] == '.';
+    others &= hasPoint ? others - 1 : others;
+    const int length = placeOf(others);
+    const int count = length - (hasPoint ? 1 : 0);
+    if (cursor.at[length] != '\t' || count == 0) {
+        return false;
+    }
+    // The digits move together and to the end of the eight bytes, behind zeros.
+    const std::uint64_t wholeBits = whole == width ? ~std::uint64_t{0} : (std::uint64_t{1} << 8 * whole) - 1;
+    std::uint64_t digits = (bytes & wholeBits) | (hasPoint ? (bytes >> 8) & ~wholeBits : 0);
+    digits <<= 8 * (width - count);
+    // Neighbouring digits are joined to pairs, pairs to fours, fours to the number.
+    digits = digits * 10 + (digits >> 8);
+    constexpr std::uint64_t everyFourth = 0x000000FF000000FF;
+    digits =
+        ((digits & everyFourth) * 0x000F424000000064 + ((digits >> 16) & everyFourth) * 0x0000271000000001) >>
+        32;
+    decimal = {digits, hasPoint ? length - whole - 1 : 0};
+    cursor.at += length;
+    return true;
+}
+
+// The same, for at most 15 digits before anything that does not go on with the number.
+bool takeDecimal(TextCursor &cursor, Decimal &decimal) {
     constexpr std::ptrdiff_t exactDigits = 15; // any integer of so many digits is a double without rounding
     const char *at = cursor.at;
     std::uint64_t digits = 0;
@@ -96,59 +139,66 @@ bool readPlainDecimal(TextCursor &cursor, float &magnitude) {
     if (goesOn || whole + fraction == 0 || whole + fraction > exactDigits) {
         return false;
     }
+    decimal = {digits, fraction};
+    cursor.at = at;
+    return true;
+}
+
+// Reads the plain numbers that analysers write, such as "412.345": digits, perhaps a point, no exponent.
+// False, with the cursor unmoved, when the text is anything else or the short way might not round as the long
+// one.
+bool readPlainDecimal(TextCursor &cursor, float &magnitude) {
+    static constexpr double powersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    TextCursor behind = cursor;
+    Decimal decimal;
+    if (!takeShortDecimal(behind, decimal) && !takeDecimal(behind, decimal)) {
+        return false;
+    }
+    // Where both numbers are singles without rounding, their quotient is the single nearest to the text's
+    // value.
+    static constexpr float singlePowersOfTen[] = {1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e5F,
+                                                  1e6F, 1e7F, 1e8F, 1e9F, 1e10F};
+    constexpr std::uint64_t largestExact = std::uint64_t{1} << 24U;
+    if (decimal.digits <= largestExact && decimal.fraction < std::ssize(singlePowersOfTen)) {
+        magnitude = static_cast<float>(decimal.digits) / singlePowersOfTen[decimal.fraction];
+        cursor = behind;
+        return true;
+    }
     // Both numbers are exact, so the quotient is the double nearest to the text's value. Rounding it on to
     // single precision is right unless it lies just between two singles: then the side of the text's value is
     // lost.
-    const double nearest = static_cast<double>(digits) / powersOfTen[fraction];
+    const double nearest = static_cast<double>(decimal.digits) / powersOfTen[decimal.fraction];
     constexpr std::uint64_t droppedBits = (std::uint64_t{1} << 29U) - 1;
     constexpr std::uint64_t halfway = std::uint64_t{1} << 28U;
     if ((std::bit_cast<std::uint64_t>(nearest) & droppedBits) == halfway) {
         return false;
     }
     magnitude = static_cast<float>(nearest);
-    cursor.at = at;
-    return true;
-}
-
-// Passes over a field that holds a plain decimal and nothing else, such as "\t-412.345" before the next tab:
-// nearly every one does. False, with the cursor unmoved, when the text is anything else.
-bool passPlainField(TextCursor &cursor) {
-    const char *at = cursor.at;
-    const char *const end = cursor.end;
-    const auto takeDigits = [&] {
-        const char *const begin = at;
-        while (at != end && isDigit(*at)) {
-            ++at;
-        }
-        return at - begin;
-    };
-    at += at != end && *at == '\t' ? 1 : 0;
-    at += at != end && *at == '-' ? 1 : 0;
-    std::ptrdiff_t digits = takeDigits();
-    if (at != end && *at == '.') {
-        ++at;
-        digits += takeDigits();
-    }
-    if (digits == 0 || (at != end && *at != '\t')) {
-        return false;
-    }
-    cursor.at = at;
+    cursor = behind;
     return true;
 }
 
 } // namespace
-
-void skipWhiteSpace(TextCursor &cursor) {
-    while (cursor.at != cursor.end && isWhiteSpace(*cursor.at)) {
-        ++cursor.at;
-    }
-}
 
 bool readInteger(TextCursor &cursor, std::int64_t &value) {
     skipWhiteSpace(cursor);
     const bool negative = takeSign(cursor);
     if (cursor.at == cursor.end || !isDigit(*cursor.at)) {
         return false;
+    }
+    // So many digits always fit.
+    constexpr std::ptrdiff_t fitting = 18;
+    const char *const last = cursor.at + std::min(cursor.end - cursor.at, fitting);
+    const char *at = cursor.at;
+    std::int64_t sum = 0;
+    for (; at != last && isDigit(*at); ++at) {
+        sum = sum * 10 + (*at - '0');
+    }
+    if (at == cursor.end || !isDigit(*at)) {
+        value = negative ? -sum : sum;
+        cursor.at = at;
+        return true;
     }
     // Gathered as a negative number, whose range is the larger one.
     constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
@@ -199,12 +249,16 @@ bool readFloat(TextCursor &cursor, float &value) {
     return true;
 }
 
-bool passFloats(TextCursor &cursor, std::uint32_t count) {
-    for (; count > 0; --count) {
+bool passFloats(TextCursor &cursor, std::uint32_t count, PlainFields &plain) {
+    for (;;) {
+        count -= plain.pass(cursor, count);
         float ignored = 0;
-        if (!passPlainField(cursor) && !readFloat(cursor, ignored)) {
+        if (count == 0) {
+            return true;
+        }
+        if (!readFloat(cursor, ignored)) {
             return false;
         }
+        --count;
     }
-    return true;
 }

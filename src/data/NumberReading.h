@@ -6,6 +6,8 @@
 // Reading numbers from a line the way the C library's strtol and strtof read them in the "C" locale, but
 // within a view that has no end marker and under any locale.
 
+class PlainFields;
+
 // What is still to be read of a line.
 struct TextCursor {
     const char *at;
@@ -17,7 +19,11 @@ constexpr bool isWhiteSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-void skipWhiteSpace(TextCursor &cursor);
+inline void skipWhiteSpace(TextCursor &cursor) {
+    while (cursor.at != cursor.end && isWhiteSpace(*cursor.at)) {
+        ++cursor.at;
+    }
+}
 
 // White space, a sign, decimal digits. Clamps to 64 bits as strtol does. False, with the cursor anywhere,
 // when no digit is found.
@@ -28,6 +34,6 @@ bool readInteger(TextCursor &cursor, std::int64_t &value);
 // read.
 bool readFloat(TextCursor &cursor, float &value);
 
-// Passes over `count` numbers one behind the other. Moves the cursor, and fails, exactly as readFloat() does
-// when it is called for each of them, but turns nothing into numbers.
-bool passFloats(TextCursor &cursor, std::uint32_t count);
+// Passes over `count` numbers one behind the other; `plain` is the line's. Moves the cursor, and fails,
+// exactly as readFloat() does when it is called for each of them, but turns nothing into numbers.
+bool passFloats(TextCursor &cursor, std::uint32_t count, PlainFields &plain);

@@ -26,8 +26,8 @@ public:
 
 private:
     struct Series {
-        std::size_t query; // of queries_; beyond them when the key names nothing
-        std::size_t column;
+        std::size_t query = 0; // of queries_; beyond them when the key names nothing
+        std::size_t column = 0;
         std::optional<Statistic> statistic;
     };
 

@@ -65,27 +65,18 @@ class SourceFile {
 public:
     explicit SourceFile(const std::string &name) : name_(QString::fromStdString(name)), archive_(name_) {}
 
-    // Opens a member so that the first line to come is the first one that begins at `offset` or behind it.
+    // Opens a member so that no line is lost that begins at `offset` or behind it.
     bool open(ChunkLineReader &lines, const std::string &member, std::uint64_t offset) {
-        // An offset that falls short may lie within a line, whose rest must not pass for a whole one.
+        // One byte earlier: an offset that falls short may lie within a line, whose rest must not seem to
+        // begin there.
         const auto from = static_cast<qint64>(std::max<std::uint64_t>(offset, 1) - 1);
-        if (!openAt(lines, QString::fromStdString(member), from)) {
-            return false;
+        if (member.empty() || !openArchive()) {
+            return lines.open(name_, QString::fromStdString(member), from); // which says why when it fails
         }
-        if (offset > 0) {
-            lines.nextLine();
-        }
-        return true;
+        return lines.openMember(archive_, QString::fromStdString(member), from);
     }
 
 private:
-    bool openAt(ChunkLineReader &lines, const QString &member, qint64 from) {
-        if (member.isEmpty() || !openArchive()) {
-            return lines.open(name_, member, from); // which says why when it fails
-        }
-        return lines.openMember(archive_, member, from);
-    }
-
     // Opening a pipe would wait for its writer.
     bool openArchive() {
         return archive_.isOpen() || (QFileInfo(name_).isFile() && archive_.open(QuaZip::mdUnzip));
@@ -104,12 +95,11 @@ void SourcePass::add(BlockPoints &block) {
 
 void SourcePass::run() {
     while (!waiting_.empty()) {
-        readFile(waiting_.begin()->first.fileName);
+        readFile(std::string(waiting_.begin()->first.fileName));
     }
 }
 
-// By value: the name outlives the entries that hold it.
-void SourcePass::readFile(std::string fileName) {
+void SourcePass::readFile(const std::string &fileName) {
     SourceFile file(fileName);
     bool hasProblem = false;
     while (!waiting_.empty() && waiting_.begin()->first.fileName == fileName) {

@@ -2,10 +2,10 @@
 
 #include "data/BlockPoints.h"
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 // Reads sources once for any number of blocks in them, in whatever order the blocks were added.
@@ -27,10 +27,13 @@ private:
         std::uint32_t memberNumber = 0;
         std::string member;
 
-        auto operator<=>(const Place &) const = default;
+        bool operator<(const Place &other) const {
+            return std::tie(fileName, memberNumber, member) <
+                   std::tie(other.fileName, other.memberNumber, other.member);
+        }
     };
 
-    void readFile(std::string fileName);
+    void readFile(const std::string &fileName);
     void addNextMembersOf(const std::vector<BlockPoints *> &blocks);
 
     std::map<Place, std::vector<BlockPoints *>> waiting_;

@@ -58,7 +58,7 @@ TimeValue elapsed(const RecordStamp &start, const RecordStamp &stamp) {
 } // namespace
 
 DiagnosticsWriter::DiagnosticsWriter(ExportOutput &output, const std::vector<std::string> &bitNames)
-    : output_(output), masks_{} {
+    : output_(output) {
     std::transform(bitsOfColumns.begin(), bitsOfColumns.end(), masks_.begin(),
                    [&bitNames](std::string_view name) { return maskOf(name, bitNames); });
     states_.fill('0');

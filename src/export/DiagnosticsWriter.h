@@ -28,7 +28,7 @@ private:
     void writeLine(const Record &record);
 
     ExportOutput &output_;
-    std::array<std::uint32_t, conditions> masks_; // the bit of the word that each condition is
-    States states_;
+    std::array<std::uint32_t, conditions> masks_{}; // the bit of the word that each condition is
+    States states_{};
     std::optional<RecordStamp> start_; // of the first record
 };

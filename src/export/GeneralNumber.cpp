@@ -1,11 +1,13 @@
 #include "export/GeneralNumber.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -21,14 +23,18 @@ constexpr std::array<double, 10> powers{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 
 constexpr int lowestBinary = -14;
 constexpr int highestBinary = 19;
 
+// Ten to the power of `exponent`, from lowestFixed to one above highestFixed.
+constexpr double thresholdOf(int exponent) {
+    return thresholds[static_cast<unsigned>(exponent - lowestFixed)];
+}
+
 // For each binary exponent the largest decimal exponent of its numbers.
 constexpr auto decimalExponents = [] {
-    std::array<std::int8_t, highestBinary - lowestBinary + 1> exponents{};
+    std::array<int, highestBinary - lowestBinary + 1> exponents{};
     double limit = 1.0 / 8192; // above every number of the first binary exponent
-    for (std::int8_t &exponent : exponents) {
+    for (int &exponent : exponents) {
         exponent = lowestFixed;
-        while (exponent <= highestFixed &&
-               thresholds[static_cast<std::size_t>(exponent - lowestFixed + 1)] < limit) {
+        while (exponent <= highestFixed && thresholdOf(exponent + 1) < limit) {
             ++exponent;
         }
         limit *= 2;
@@ -53,10 +59,11 @@ char *writeSlowly(char *out, double value) {
 // What is left of six digits in fixed notation when the zeros behind the last one that counts are gone.
 // `digits` holds them, the first in the low byte.
 char *writeFixed(char *out, std::uint64_t digits, int exponent) {
-    constexpr std::uint64_t zeros = 0x303030303030;
-    const int significant = (63 - std::countl_zero(digits ^ zeros)) / 8 + 1;
+    constexpr std::uint64_t noDigits = 0x303030303030; // six zeros
+    const int significant = (63 - std::countl_zero(digits ^ noDigits)) / 8 + 1;
     if (exponent < 0) {
-        std::memcpy(out, "0.0000", 6);
+        constexpr std::string_view zeroes = "0.0000";
+        std::copy(zeroes.begin(), zeroes.end(), out);
         out += 1 - exponent;
         std::memcpy(out, &digits, sizeof digits);
         return out + significant;
@@ -79,13 +86,13 @@ char *writeFast(char *out, double value) {
         return nullptr;
     }
     const double magnitude = std::fabs(value);
-    int exponent = decimalExponents[static_cast<std::size_t>(binary - lowestBinary)];
-    exponent -= magnitude < thresholds[static_cast<std::size_t>(exponent - lowestFixed)] ? 1 : 0;
+    int exponent = decimalExponents[static_cast<unsigned>(binary - lowestBinary)];
+    exponent -= magnitude < thresholdOf(exponent) ? 1 : 0;
     if (exponent < lowestFixed || exponent > highestFixed) {
         return nullptr;
     }
     // Adding 2^52 rounds to a whole number, ties to the even one, and leaves it in the low bits.
-    const double shifted = magnitude * powers[static_cast<std::size_t>(highestFixed - exponent)] + 0x1p52;
+    const double shifted = magnitude * powers[static_cast<unsigned>(highestFixed - exponent)] + 0x1p52;
     auto number = static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(shifted));
     if (number == 1'000'000) {
         number = 100'000;
@@ -110,8 +117,8 @@ char *writeGeneral(char *out, double value) {
         return out + 1;
     }
     if (std::isnan(value)) {
-        std::memcpy(out, "nan", 3);
-        return out + 3;
+        constexpr std::string_view name = "nan";
+        return std::copy(name.begin(), name.end(), out);
     }
     if constexpr (std::endian::native == std::endian::little) {
         if (char *const end = writeFast(out, value)) {

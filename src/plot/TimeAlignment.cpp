@@ -28,10 +28,10 @@ TimeSpan wholeLengths(std::int64_t first, std::int64_t last, std::int64_t length
 }
 
 // Begin of the month that is `months` after January 1900.
-std::int64_t startOfMonth(int months, Timezone &zone) {
+std::int64_t startOfMonth(std::int64_t months, Timezone &zone) {
     std::tm date{};
-    date.tm_year = months / 12;
-    date.tm_mon = months % 12;
+    date.tm_year = static_cast<int>(months / 12);
+    date.tm_mon = static_cast<int>(months % 12);
     if (date.tm_mon < 0) {
         date.tm_mon += 12;
         --date.tm_year;
@@ -42,7 +42,7 @@ std::int64_t startOfMonth(int months, Timezone &zone) {
 
 TimeSpan alignToMonths(const std::tm &first, const std::tm &last, int count, Timezone &zone) {
     const auto roundedDown = [count](const std::tm &local) {
-        return local.tm_year * 12 + local.tm_mon / count * count;
+        return std::int64_t{12} * local.tm_year + local.tm_mon - local.tm_mon % count;
     };
     const bool isWhole = last.tm_mday == 1 && secondOfDay(last) == 0;
     return {startOfMonth(roundedDown(first), zone),
@@ -50,10 +50,12 @@ TimeSpan alignToMonths(const std::tm &first, const std::tm &last, int count, Tim
 }
 
 TimeSpan alignToYears(const std::tm &first, const std::tm &last, int count, Timezone &zone) {
-    const auto roundedDown = [count](const std::tm &local) { return local.tm_year / count * count * 12; };
+    const auto roundedDown = [count](const std::tm &local) {
+        return std::int64_t{12} * (local.tm_year - local.tm_year % count);
+    };
     const bool isWhole = last.tm_yday == 0 && secondOfDay(last) == 0;
     return {startOfMonth(roundedDown(first), zone),
-            startOfMonth(roundedDown(last) + (isWhole ? 0 : count * 12), zone)};
+            startOfMonth(roundedDown(last) + (isWhole ? 0 : 12 * count), zone)};
 }
 
 } // namespace

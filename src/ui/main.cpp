@@ -6,7 +6,15 @@
 #include <QFile>
 #include <QTextCodec>
 
+#include <csignal>
+
 int main(int argc, char **argv) {
+#ifdef SIGXFSZ
+    // A file that may not grow any more shows as a write error of the export.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     // File names are UTF-8, also where the locale says otherwise.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 

@@ -18,6 +18,8 @@ namespace {
 
 using Words = std::vector<std::string>;
 
+const std::string flux = FVQA_GOLDEN_DIR "/flux.data";
+
 // The arguments of an export of the data X:DATA to `output`.
 Words exportOf(const std::string &file, const std::string &output, const Words &more = {},
                const std::string &format = "text") {
@@ -69,7 +71,7 @@ TEST(Export, WritesTheGoldenFilesWhateverTheLocale) {
             const TemporaryFolder folder;
             Words words{"export", "--data", "QA330:DATA", "--output", folder.path("flux")};
             words.insert(words.end(), row.options.begin(), row.options.end());
-            words.emplace_back(FVQA_GOLDEN_DIR "/flux.data");
+            words.push_back(flux);
             expectSilentSuccess(runCli(words, setup));
             EXPECT_EQ(folder.read("flux"), goldenFile(row.golden));
             EXPECT_EQ(folder.names(), Words{"flux"}); // no extension is added
@@ -81,7 +83,7 @@ TEST(Export, WritesThePiecesOfASplitExport) {
     const TemporaryFolder folder;
     expectSilentSuccess(
         runCli({"export", "--data", "QA330:DATA", "--format", "text", "--time-columns", "timestamp,offset",
-                "--split", "1800", "--output", folder.path("flux.txt"), FVQA_GOLDEN_DIR "/flux.data"}));
+                "--split", "1800", "--output", folder.path("flux.txt"), flux}));
     EXPECT_EQ(folder.names(), (Words{"flux-2019-11-03T0100.txt", "flux-2019-11-03T0159.txt"}));
     for (const std::string &name : folder.names()) {
         EXPECT_EQ(folder.read(name), goldenFile(name));

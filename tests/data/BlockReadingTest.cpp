@@ -111,5 +111,8 @@ TEST_F(BlockReading, AShortOffsetIntoTheMiddleOfALineMakesNoRecordOfItsRest) {
         const std::vector<Record> records = readAgain(fragment, entry->first, wholeRangeEnd);
         EXPECT_EQ(timesOf(records), numbers(entry->first, begin + 12000, 1)) << carried;
         EXPECT_EQ(firstValuesOf(records), std::vector<double>(records.size(), 1)) << carried;
+        const Points points = pointsOf(source, "Q:DATA:A", "", entry->first, begin + 12000);
+        EXPECT_EQ(points.times, timesOf(records)) << carried;
+        EXPECT_EQ(points.values, firstValuesOf(records)) << carried;
     }
 }

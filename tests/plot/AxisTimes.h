@@ -8,8 +8,8 @@
 #include <string>
 
 // UTC seconds of a calendar time in UTC.
-constexpr std::int64_t utc(int year, unsigned month, unsigned day, int hour = 0, int minute = 0,
-                           int second = 0) {
+constexpr std::int64_t utc(int year, unsigned month, unsigned day, std::int64_t hour = 0,
+                           std::int64_t minute = 0, std::int64_t second = 0) {
     using namespace std::chrono;
     const sys_days date{std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day)};
     return date.time_since_epoch().count() * std::int64_t{86400} + hour * 3600 + minute * 60 + second;

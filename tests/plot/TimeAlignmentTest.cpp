@@ -180,6 +180,15 @@ TEST(LocalDays, ADayWithoutMidnightBeginsWithItsFirstSecond) {
     }
 }
 
+TEST(LocalDays, AnHourRepeatedBeforeMidnightDoesNotHoldTheDate) {
+    // Clocks went from 24:00 back to 23:00.
+    Timezone zone = zoneNamed("America/Sao_Paulo");
+    const std::int64_t evening = utc(2018, 2, 17, 22);
+    ASSERT_EQ(localText(evening, zone), "2018-02-17 20:00:00");
+    ASSERT_EQ(localText(evening + 14400, zone), "2018-02-17 23:00:00");
+    EXPECT_EQ(nearestMidnight(evening, zone), evening + 18000);
+}
+
 TEST(LocalDays, AMidnightThatComesTwiceStaysWhereItIs) {
     // Clocks went from 01:00 back to 00:00.
     Timezone zone = zoneNamed("America/Havana");

@@ -392,12 +392,6 @@ private Q_SLOTS:
         QCOMPARE(parts.messages(), QString());
     }
 
-    void exportTellsThatItIsNotAvailableYet() {
-        const FrameWindow parts;
-        parts.frame->OnExportFile();
-        QCOMPARE(parts.messages(), "Export is not available yet");
-    }
-
     void timeColumnsDefaultTo12() {
         const FrameWindow parts;
         QCOMPARE(parts.frame->timeColumns(), 12U);

@@ -14,11 +14,11 @@
 #include <QPointer>
 #include <QSignalSpy>
 #include <QtTest>
+#include <qwt_plot.h>
+#include <qwt_plot_item.h>
 
 #include <iostream>
 #include <sstream>
-#include <qwt_plot.h>
-#include <qwt_plot_item.h>
 
 namespace {
 

@@ -36,6 +36,10 @@ ReadResult readFully(QIODevice &device, char *to, qint64 wanted) {
     return result;
 }
 
+QString cannotBeOpened(const QString &member) {
+    return QStringLiteral("The archive member \"%1\" cannot be opened").arg(member);
+}
+
 } // namespace
 
 ChunkLineReader::ChunkLineReader() = default;
@@ -66,14 +70,18 @@ bool ChunkLineReader::open(const QString &path, const QString &member, qint64 st
 
 bool ChunkLineReader::openMember(QuaZip &archive, const QString &member, qint64 startOffset) {
     close();
-    archive.setCurrentFile(member);
+    // Opening no file at all would be answered with a line on standard error.
+    if (!archive.setCurrentFile(member)) {
+        problem_ = cannotBeOpened(member);
+        return false;
+    }
     return openZipped(std::make_unique<QuaZipFile>(&archive), member, startOffset);
 }
 
 bool ChunkLineReader::openZipped(std::unique_ptr<QuaZipFile> file, const QString &member,
                                  qint64 startOffset) {
     if (!file->open(QIODevice::ReadOnly)) {
-        problem_ = QStringLiteral("The archive member \"%1\" cannot be opened").arg(member);
+        problem_ = cannotBeOpened(member);
         return false;
     }
     start(std::move(file), member, startOffset);
@@ -237,15 +245,15 @@ void ChunkLineReader::jumpTo(std::uint64_t offset) {
     if (dataEnd_ == nullptr || device_->isSequential()) {
         return;
     }
-    // One byte earlier, so that the line's begin shows.
+    // One byte earlier, so that what is left of a line does not seem to begin there.
     const qint64 target = static_cast<qint64>(offset) - 1;
     if (target < dataEnd_ - buffer_ + base_ + static_cast<qint64>(shortfall_)) {
         return;
     }
     dataEnd_ = lineBegin_ = lineEnd_ = next_ = nullptr;
     shortfall_ = 0;
-    if (skipToStart(target) && fill(target)) {
-        nextLine();
+    if (skipToStart(target)) {
+        fill(target);
     }
 }
 

@@ -47,7 +47,8 @@ public:
     std::uint64_t shortfall() const { return shortfall_; }
 
     // Leaves out lines that begin before the true offset `offset`, when they have not been read yet and the
-    // device can move: no line at or behind it is lost, but lines before it may still come.
+    // device can move. No line that begins there or behind is lost; lines before it may still come, and the
+    // rest of one.
     void jumpTo(std::uint64_t offset);
 
     // Passes over `count` bytes; false when fewer are left in the present data and one refill.
