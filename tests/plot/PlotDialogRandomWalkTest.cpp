@@ -6,7 +6,6 @@
 
 namespace {
 
-const double start = plotStart;
 using Side = TimeSeriesPlot::Side;
 
 // Each is shown at another level at its base: records, averages of a minute, averages of half an hour. Some
