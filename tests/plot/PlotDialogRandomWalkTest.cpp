@@ -168,10 +168,11 @@ private:
         const QRectF rect = window_.zoomer().zoomRect();
         for (const auto &[key, entry] : window_.plot().entries()) {
             const QString name = QString::fromStdString(key.first + ' ' + key.second);
-            std::vector<double> times;
-            std::vector<double> values;
-            data_.set.series(key.first, key.second, isAtBase ? wholeRangeStart : rect.left(),
-                             isAtBase ? wholeRangeEnd : rect.right(), times, values);
+            const auto asked =
+                data_.set.seriesOf({{key.first, key.second}}, isAtBase ? wholeRangeStart : rect.left(),
+                                   isAtBase ? wholeRangeEnd : rect.right(), ShortBlocks::atAFinerLevel);
+            const std::vector<double> &times = *asked.front().times;
+            const std::vector<double> &values = *asked.front().values;
             if (!isSame(entry.series->times(), times) || !isSame(entry.series->values(), values)) {
                 return name + " holds other points than its window";
             }

@@ -179,6 +179,18 @@ private Q_SLOTS:
         QVERIFY(scene.drag() != nullptr);
     }
 
+    void aPressBesideTheCellsDragsNothing() {
+        Scene scene;
+        scene.move(QPointF(500, 0)); // nothing was pressed yet
+        QVERIFY(scene.drag() == nullptr);
+        scene.press(1, 0);
+        const QRect viewport = scene.table()->viewport()->rect();
+        QVERIFY(!scene.table()->indexAt(viewport.bottomRight()).isValid());
+        QTest::mousePress(scene.table()->viewport(), Qt::LeftButton, {}, viewport.bottomRight());
+        scene.move(QPointF(500, 0));
+        QVERIFY(scene.drag() == nullptr);
+    }
+
     void onlyTheLeftButtonDrags() {
         Scene scene;
         scene.press(1, 0);
