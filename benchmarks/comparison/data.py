@@ -37,9 +37,10 @@ class Data:
 
     def small_archives(self, count):
         """A folder, and the names of `count` files in it."""
-        name = f"small-archives-{self._settings.files}"
-        files = ("--kind", "archives", "--rate", 1, "--compression", 1, "--count", self._settings.files)
-        folder = self._make(name, *files)
+        total = self._settings.files
+        # Names are local times, which come twice where summer ends.
+        files = ("--kind", "archives", "--rate", 1, "--zone", "America/Phoenix", "--compression", 1)
+        folder = self._make(f"half-hours-{total}", *files, "--count", total)
         return folder, sorted(path.name for path in folder.iterdir())[:count]
 
     # A file or folder appears under its name only when it is whole.

@@ -33,7 +33,8 @@ class Growth:
 
     @staticmethod
     def _size_line(rounds, megabytes):
-        find, load, text, plot = (rounds.cpu(f"{what} {megabytes} MB") for what in ("find", "load", "text", "plot"))
+        whats = ("find", "load", "text", "plot")
+        find, load, text, plot = (rounds.cpu(f"{what} {megabytes} MB") for what in whats)
         peak = rounds.peak(f"load {megabytes} MB")
         return (
             str(megabytes), f"{find:.3f} s", f"{load:.3f} s", f"{load / megabytes * 1000:.2f} s",
@@ -42,8 +43,8 @@ class Growth:
 
     def by_number(self):
         """So many half hours at 1 Hz, loaded into the window."""
-        lines = [("files", "processor", "a file", "interface thread, a file", "merging and table, a file", "wall",
-                  "longest gap", "peak")]
+        lines = [("files", "processor", "a file", "interface thread, a file", "merging and table, a file",
+                  "wall", "longest gap", "peak")]
         folder, names = self._data.small_archives(self._settings.files)
         for count in sorted({min(count, len(names)) for count in FILES}):
             note(f"  {count} files")

@@ -20,7 +20,8 @@ NODE = "pip install {0}, or npm install {1} and FVQA_BENCH_NODE_MODULES=.../node
 class Peer:
     name: str
     command: tuple  # what runs it, () when it is not installed
-    install: str
+    install: str  # says how to install it
+    version: str = ""
     environment: tuple = ()
     has_threads: bool = True
 
@@ -36,57 +37,60 @@ class Peer:
         return Command(arguments, dict(self.environment), output=output)
 
 
-def _works(words, environment=None):
+def _printed(words, environment=None):
+    """What a command prints, the version of a tool here; nothing when it cannot be run."""
     try:
         result = subprocess.run(
-            words, env=os.environ | (environment or {}), capture_output=True, check=False, timeout=60
+            [str(word) for word in words], env=os.environ | (environment or {}), capture_output=True,
+            text=True, check=False, timeout=60,
         )
     except (OSError, subprocess.TimeoutExpired):
-        return False
-    return result.returncode == 0
+        return ""
+    return result.stdout.strip() if result.returncode == 0 else ""
 
 
-def _by_python(module):
-    script = str(SCRIPTS / f"with_{module}.py")
+def _by_python(name, install, has_threads=True):
     for python in dict.fromkeys([sys.executable, shutil.which("python3"), "/usr/bin/python3"]):
-        if python and _works([python, "-c", f"import {module}"]):
-            return (python, "-B", script)
-    return ()
+        if python and (version := _printed([python, "-c", f"import {name}; print({name}.__version__)"])):
+            command = (python, "-B", SCRIPTS / f"with_{name}.py")
+            return Peer(name, command, install, version, has_threads=has_threads)
+    return Peer(name, (), install)
 
 
-def _by_node(module, name):
-    environment = {"NODE_PATH": NODE_MODULES}
-    if NODE_MODULES and _works(["node", "-e", f"require('{module}')"], environment):
-        return ("node", str(SCRIPTS / f"with_{name}.js"))
-    return ()
-
-
-def _python_or_node(name, node_module, node_packages):
-    install = NODE.format(name, node_packages)
-    if command := _by_python(name):
-        return Peer(name, command, install)
-    return Peer(name, _by_node(node_module, name), install, (("NODE_PATH", NODE_MODULES),))
+def _by_python_or_node(name, module, packages):
+    peer = _by_python(name, NODE.format(name, packages))
+    if peer.is_installed or not NODE_MODULES:
+        return peer
+    environment = (("NODE_PATH", NODE_MODULES),)
+    # The module itself is loaded too, since it may lack the package of its platform.
+    expression = f"require('{module}') && require('{module}/package.json').version"
+    version = _printed(["node", "-p", expression], dict(environment))
+    if not version:
+        return peer
+    return Peer(name, ("node", SCRIPTS / f"with_{name}.js"), peer.install, version + " for node", environment)
 
 
 def _by_r():
-    if _works(["Rscript", "-e", "library(data.table)"]):
-        return ("Rscript", str(SCRIPTS / "with_datatable.R"))
-    return ()
+    expression = 'cat(as.character(packageVersion("data.table")))'
+    version = _printed(["Rscript", "-e", expression])
+    command = ("Rscript", SCRIPTS / "with_datatable.R") if version else ()
+    return Peer("data.table", command, DEBIAN, version)
 
 
-def _by_program(program, script):
-    return (str(SCRIPTS / script),) if shutil.which(program) else ()
+def _by_program(name, script, package):
+    version = _printed(["dpkg-query", "-W", "-f", "${Version}", package])
+    return Peer(name, (SCRIPTS / script,) if shutil.which(name) else (), DEBIAN, version)
 
 
 def find_peers():
     """By name, installed or not."""
     peers = [
-        _python_or_node("duckdb", "@duckdb/node-api", "@duckdb/node-api"),
-        _python_or_node("polars", "nodejs-polars", "nodejs-polars with the package of its platform"),
-        Peer("pandas", _by_python("pandas"), DEBIAN, has_threads=False),
-        Peer("data.table", _by_r(), DEBIAN),
-        Peer("kst2", _by_program("kst2", "with_kst.sh"), DEBIAN),
-        Peer("gnuplot", _by_program("gnuplot", "with_gnuplot.sh"), DEBIAN),
+        _by_python_or_node("duckdb", "@duckdb/node-api", "@duckdb/node-api"),
+        _by_python_or_node("polars", "nodejs-polars", "nodejs-polars with the package of its platform"),
+        _by_python("pandas", DEBIAN, has_threads=False),
+        _by_r(),
+        _by_program("kst2", "with_kst.sh", "kst"),
+        _by_program("gnuplot", "with_gnuplot.sh", "gnuplot-nox"),
     ]
     return {peer.name: peer for peer in peers}
 
@@ -114,3 +118,5 @@ def checked_minutes(meter, peer, path, scratch):
         return int(count), float(average)
     except (Failure, ValueError) as failure:
         return str(failure)
+    finally:
+        result.unlink(missing_ok=True)

@@ -44,8 +44,9 @@ class Programs:
         """Loads files into the window: figures by name. The files are named as seen from `folder`."""
         command = Command([self._named("window-loading"), *names], folder=folder)
         pattern = (
-            r"(?P<files>\d+) files, (?P<wall>\S+) s, longest gap (?P<gap>\d+) ms, peak memory (?P<peak>\S+) MB, "
-            r"processor (?P<cpu>\S+) s, interface thread (?P<interface>\S+) s"
+            r"(?P<files>\d+) files, (?P<wall>\S+) s, longest gap (?P<gap>\d+) ms, "
+            r"peak memory (?P<peak>\S+) MB, processor (?P<cpu>\S+) s, "
+            r"interface thread (?P<interface>\S+) s"
         )
         return figures(pattern, self._meter.printed(command))
 

@@ -36,6 +36,11 @@ class Ratios:
         """The number of threads that each task of a peer was given."""
         return self._threads
 
+    @property
+    def versions(self):
+        """The versions of the peers that are installed."""
+        return {name: peer.version for name, peer in self._peers.items() if peer.is_installed}
+
     # Figures of something that was not done count for nothing.
     def _check_results(self):
         note("Checking that all do the same")
@@ -154,7 +159,8 @@ class Ratios:
         folder, names = self._data.small_archives(count)
         # Long enough to need no median.
         half, whole = (
-            medians(1, lambda n=n: self._programs.window_loading(folder, names[:n])) for n in (count // 2, count)
+            medians(1, lambda n=n: self._programs.window_loading(folder, names[:n]))
+            for n in (count // 2, count)
         )
         what = f"{count} files / half as many, processor time in the window"
         return [
@@ -203,7 +209,8 @@ class Ratios:
     def _plotting(self):
         note("Plotting")
         steps = medians(self._settings.runs, lambda: self._programs.plot_window(self._plotted))
-        one, eight = (steps.get(f"zoom to 5000 s of {what}", (None, None)) for what in ("one variable", "all of them"))
+        one = steps.get("zoom to 5000 s of one variable", (None, None))
+        eight = steps.get("zoom to 5000 s of all of them", (None, None))
         following, _ = steps.get("drop of a next variable", (None, None))
         plot = self._rounds.wall("plot")
         return [

@@ -31,6 +31,8 @@ def print_ratios(settings):
         f"{settings.archives} archives, {settings.files} small files; median of {settings.runs}; "
         "processor seconds unless it says wall"
     )
+    if ratios.versions:
+        print("other tools: " + ", ".join(f"{name} {version}" for name, version in ratios.versions.items()))
     if ratios.threads:
         print("threads: " + ", ".join(f"{name} {count}" for name, count in ratios.threads.items()))
     print()

@@ -4,8 +4,22 @@ import os
 from dataclasses import dataclass
 from pathlib import Path
 
-FULL = {"MEGABYTES": 600, "PLOT_MEGABYTES": 320, "TEN_MEGABYTES": 60, "ARCHIVES": 48, "FILES": 17520, "RUNS": 5}
-QUICK = {"MEGABYTES": 20, "PLOT_MEGABYTES": 20, "TEN_MEGABYTES": 2, "ARCHIVES": 4, "FILES": 80, "RUNS": 1}
+FULL = {
+    "MEGABYTES": 600,
+    "PLOT_MEGABYTES": 320,
+    "TEN_MEGABYTES": 60,
+    "ARCHIVES": 48,
+    "FILES": 17520,
+    "RUNS": 5,
+}
+QUICK = {
+    "MEGABYTES": 20,
+    "PLOT_MEGABYTES": 20,
+    "TEN_MEGABYTES": 2,
+    "ARCHIVES": 4,
+    "FILES": 80,
+    "RUNS": 1,
+}
 
 
 @dataclass(frozen=True)

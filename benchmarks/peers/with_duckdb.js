@@ -30,7 +30,8 @@ async function minutes(connection) {
 
 async function text(connection) {
   const written = ["SECONDS", "NANOSECONDS", ...values].map(quoted).join(", ");
-  await connection.run(`COPY (SELECT ${written} FROM ${source}) TO '${output}' (DELIMITER '\t', HEADER true)`);
+  const options = "(DELIMITER '\t', HEADER true)";
+  await connection.run(`COPY (SELECT ${written} FROM ${source}) TO '${output}' ${options}`);
 }
 
 async function main() {

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# with_kst.sh FILE SKIPPED_LINES COLUMN OUTPUT: draws a column over the seconds as a picture. It reads no other.
+# with_kst.sh FILE SKIPPED_LINES COLUMN OUTPUT: draws a column over the whole seconds as a picture. It reads
+# no others.
 set -euo pipefail
 
 export QT_QPA_PLATFORM=offscreen
