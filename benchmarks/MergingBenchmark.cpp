@@ -41,4 +41,35 @@ void BM_RemoveFiles(benchmark::State &state) {
 }
 BENCHMARK(BM_RemoveFiles)->Arg(500)->Arg(2000)->Arg(17520)->Unit(benchmark::kMillisecond);
 
+// A plot window of eight variables shows the whole range of very many files: averages, none of which a file
+// of half an hour has at this length, so this is what the fragments cost by themselves.
+void BM_WholeRangeOfManyFiles(benchmark::State &state) {
+    DataSet merged;
+    for (int i = 0; i < state.range(0); ++i) {
+        merged.merge(makeSource(i));
+    }
+    std::vector<SeriesRequest> requests;
+    for (int i = 0; i < 8; ++i) {
+        for (const char *const selector : {"", "max", "min"}) {
+            requests.push_back({"QA3401:DATA:COLUMN" + std::to_string(i * 5), selector});
+        }
+    }
+    for (auto step : state) {
+        benchmark::DoNotOptimize(merged.seriesOf(requests, wholeRangeStart, wholeRangeEnd));
+    }
+}
+BENCHMARK(BM_WholeRangeOfManyFiles)->Arg(500)->Arg(17520)->Unit(benchmark::kMillisecond);
+
+// A window of an hour among very many files: what finding those in it costs.
+void BM_WindowAmongManyFiles(benchmark::State &state) {
+    DataSet merged;
+    for (int i = 0; i < state.range(0); ++i) {
+        merged.merge(makeSource(i));
+    }
+    for (auto step : state) {
+        benchmark::DoNotOptimize(merged.seriesOf({{"QA3401:DATA:COLUMN1", ""}}, 1500000000, 1500003600));
+    }
+}
+BENCHMARK(BM_WindowAmongManyFiles)->Arg(500)->Arg(17520)->Unit(benchmark::kMicrosecond);
+
 } // namespace

@@ -66,8 +66,11 @@ private:
     void updateButtons();
     void showYRange(const QRectF &rect);
     void extendZoomBase(bool wasEmpty);
+    bool mayReplace(const QString &path);
+    bool isLoaded(const QString &path) const;
     void tell(const QString &title, const QString &problem);
 
+    const QDataSet *dataSet_;
     TimeSeriesPlot *plot_;
     PlotZoomer *zoomer_;
     QToolButton *previousButton_;
