@@ -46,7 +46,7 @@ BENCHMARK(BM_RemoveFiles)->Arg(500)->Arg(2000)->Arg(17520)->Unit(benchmark::kMil
 void BM_WholeRangeOfManyFiles(benchmark::State &state) {
     DataSet merged;
     for (int i = 0; i < state.range(0); ++i) {
-        merged.merge(makeSource(i));
+        merged.merge(makeHalfHourSource(i));
     }
     std::vector<SeriesRequest> requests;
     for (int i = 0; i < 8; ++i) {
@@ -64,7 +64,7 @@ BENCHMARK(BM_WholeRangeOfManyFiles)->Arg(500)->Arg(17520)->Unit(benchmark::kMill
 void BM_WindowAmongManyFiles(benchmark::State &state) {
     DataSet merged;
     for (int i = 0; i < state.range(0); ++i) {
-        merged.merge(makeSource(i));
+        merged.merge(makeHalfHourSource(i));
     }
     for (auto step : state) {
         benchmark::DoNotOptimize(merged.seriesOf({{"QA3401:DATA:COLUMN1", ""}}, 1500000000, 1500003600));
