@@ -45,7 +45,7 @@ void addBlock(const unsigned char *block, std::size_t size, Totals &totals, std:
 }
 
 bool addFile(const char *path, Totals &totals) {
-    constexpr std::size_t blockSize = 256 * 1024;
+    constexpr std::size_t blockSize = 262144;
     const int file = open(path, O_RDONLY);
     if (file < 0) {
         std::perror(path);

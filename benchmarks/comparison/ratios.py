@@ -41,6 +41,11 @@ class Ratios:
         """The versions of the peers that are installed."""
         return {name: peer.version for name, peer in self._peers.items() if peer.is_installed}
 
+    @property
+    def missing(self):
+        """How to install the peers that are not."""
+        return {name: peer.install for name, peer in self._peers.items() if not peer.is_installed}
+
     # Figures of something that was not done count for nothing.
     def _check_results(self):
         note("Checking that all do the same")
@@ -113,7 +118,7 @@ class Ratios:
         if peer not in self._peers:
             return skipped(what, "without other tools")
         if not self._peers[peer].is_installed:
-            return skipped(what, self._peers[peer].install)
+            return skipped(what, f"no {peer}")
         if reference in self._rounds.failures:
             return skipped(what, self._rounds.failures[reference])
         return compare(what, ours, getattr(self._rounds, figure)(reference), target)

@@ -37,6 +37,8 @@ def print_ratios(settings):
         print("threads: " + ", ".join(f"{name} {count}" for name, count in ratios.threads.items()))
     print()
     print(text_of(rows))
+    for name, install in ratios.missing.items():
+        print(f"\nTo compare with {name}: {install}")
 
 
 def print_growth(settings):
