@@ -1,52 +1,34 @@
 #include "data/Accumulator.h"
 
+#include "data/ColumnSteps.h"
+#include "data/RecordKernels.h"
+
 #include <algorithm>
 
-namespace {
-
-// One step of a compensated sum (Kahan).
-inline void addCompensated(double &sum, double &compensation, double value) {
-    const double corrected = value - compensation;
-    const double total = sum + corrected;
-    compensation = (total - sum) - corrected;
-    sum = total;
-}
-
-// A value that is not a number changes no extreme.
-inline void widen(double &minimum, double &maximum, double low, double high) {
-    minimum = low < minimum ? low : minimum;
-    maximum = high > maximum ? high : maximum;
-}
-
-} // namespace
-
 void Accumulator::resize(std::size_t columns) {
-    sums_.resize(columns);
-    compensations_.resize(columns);
-    minima_.resize(columns);
-    maxima_.resize(columns);
+    constexpr std::size_t parts = 4;
+    columns_ = columns;
+    partSize_ = (columns + AlignedDoubles::perLine - 1) / AlignedDoubles::perLine * AlignedDoubles::perLine;
+    values_ = AlignedDoubles(parts * partSize_);
     reset();
 }
 
+ColumnSums Accumulator::columns() {
+    double *const sums = values_.data();
+    return {sums, sums + partSize_, sums + 2 * partSize_, sums + 3 * partSize_};
+}
+
 void Accumulator::add(const Record &record) {
-    const std::size_t columns = sums_.size();
-    const double *const values = record.values.data();
-    double *const sums = sums_.data();
-    double *const compensations = compensations_.data();
-    double *const minima = minima_.data();
-    double *const maxima = maxima_.data();
-    for (std::size_t i = 0; i < columns; ++i) {
-        addCompensated(sums[i], compensations[i], values[i]);
-        widen(minima[i], maxima[i], values[i], values[i]);
-    }
+    recordKernels().addColumns(columns_, record.values.data(), columns());
     takeStamp(record);
     ++count_;
 }
 
 void Accumulator::merge(const Accumulator &lower) {
-    for (std::size_t i = 0; i < sums_.size(); ++i) {
-        addCompensated(sums_[i], compensations_[i], lower.sums_[i]);
-        widen(minima_[i], maxima_[i], lower.minima_[i], lower.maxima_[i]);
+    const ColumnSums to = columns();
+    for (std::size_t i = 0; i < columns_; ++i) {
+        addCompensated(to.sums[i], to.compensations[i], lower.sums()[i]);
+        widen(to.minima[i], to.maxima[i], lower.minima()[i], lower.maxima()[i]);
     }
     takeStamp(lower.stamp_);
     count_ += lower.count_;
@@ -59,10 +41,11 @@ void Accumulator::takeStamp(const RecordStamp &stamp) {
 }
 
 void Accumulator::reset() {
-    std::fill(sums_.begin(), sums_.end(), 0.0);
-    std::fill(compensations_.begin(), compensations_.end(), 0.0);
-    std::fill(minima_.begin(), minima_.end(), emptyMinimum);
-    std::fill(maxima_.begin(), maxima_.end(), emptyMaximum);
+    const ColumnSums all = columns();
+    std::fill_n(all.sums, columns_, 0.0);
+    std::fill_n(all.compensations, columns_, 0.0);
+    std::fill_n(all.minima, columns_, emptyMinimum);
+    std::fill_n(all.maxima, columns_, emptyMaximum);
     count_ = 0;
     stamp_.diagnosticWord = 0;
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "data/AlignedDoubles.h"
 #include "data/Record.h"
 
 #include <cstdint>
 #include <limits>
-#include <vector>
+#include <span>
+
+struct ColumnSums;
 
 // Start values of running extremes: an interval without a single number still holds them.
 inline constexpr double emptyMinimum = std::numeric_limits<double>::max();
@@ -23,17 +26,20 @@ public:
     std::uint32_t count() const { return count_; }
     // Time fields of the last record taken in, and the OR of all diagnostic words.
     const RecordStamp &stamp() const { return stamp_; }
-    const std::vector<double> &sums() const { return sums_; }
-    const std::vector<double> &minima() const { return minima_; }
-    const std::vector<double> &maxima() const { return maxima_; }
+    std::span<const double> sums() const { return part(0); }
+    std::span<const double> minima() const { return part(2); }
+    std::span<const double> maxima() const { return part(3); }
 
 private:
+    std::span<const double> part(std::size_t index) const {
+        return {values_.data() + index * partSize_, columns_};
+    }
+    ColumnSums columns();
     void takeStamp(const RecordStamp &stamp);
 
     RecordStamp stamp_;
     std::uint32_t count_ = 0;
-    std::vector<double> sums_;
-    std::vector<double> compensations_;
-    std::vector<double> minima_;
-    std::vector<double> maxima_;
+    std::size_t columns_ = 0;
+    std::size_t partSize_ = 0;
+    AlignedDoubles values_; // sums, their compensations, minima, maxima; each of whole cache lines
 };

@@ -111,5 +111,6 @@ ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> 
     while (!layout.readers.empty() && layout.readers.back().kind == Kind::skip) {
         layout.readers.pop_back();
     }
+    noteRuns(layout.readers);
     return layout;
 }

@@ -47,8 +47,10 @@ ColumnSelection::ColumnSelection(const ColumnLayout &layout, std::span<const std
             appendCheck(readers_, reader.kind);
             continue;
         }
+        reader.fieldCount = 1;
         reader.firstValue = static_cast<std::uint32_t>(valueCount_);
         readers_.push_back(reader);
         valueCount_ += count;
     }
+    noteRuns(readers_);
 }

@@ -1,5 +1,6 @@
 #include "data/DataFragment.h"
 
+#include "data/ColumnSteps.h"
 #include "data/VariableKey.h"
 
 #include <algorithm>
@@ -80,7 +81,7 @@ void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::s
     halfHourIndex_.note(record.seconds, lineOffset);
     closePeriods(record);
     loading_->accumulators[0].add(record);
-    widenExtremes(record);
+    widenStamps(record);
     ++recordCount_;
 }
 
@@ -103,6 +104,9 @@ void DataFragment::closePeriods(const RecordStamp &stamp) {
         Accumulator &period = accumulators[level];
         if (period.count() > 0) {
             series_[level].append(static_cast<std::uint32_t>(end), period);
+            if (level == 0) {
+                widenExtremes();
+            }
             if (level + 1 < periods.size()) {
                 accumulators[level + 1].merge(period);
             }
@@ -112,10 +116,10 @@ void DataFragment::closePeriods(const RecordStamp &stamp) {
     }
 }
 
-void DataFragment::widenExtremes(const Record &record) {
+void DataFragment::widenStamps(const RecordStamp &record) {
     const auto takeTime = [&record](Record &extreme) {
         const std::uint32_t word = extreme.diagnosticWord;
-        static_cast<RecordStamp &>(extreme) = static_cast<const RecordStamp &>(record);
+        static_cast<RecordStamp &>(extreme) = record;
         extreme.diagnosticWord = word;
     };
     const auto time = [](const RecordStamp &stamp) { return std::tie(stamp.seconds, stamp.nanoseconds); };
@@ -130,14 +134,38 @@ void DataFragment::widenExtremes(const Record &record) {
         isFirst ? record.diagnosticWord : std::min(minimum_.diagnosticWord, record.diagnosticWord);
     maximum_.diagnosticWord =
         isFirst ? record.diagnosticWord : std::max(maximum_.diagnosticWord, record.diagnosticWord);
-    for (std::size_t i = 0; i < record.values.size(); ++i) {
-        const double value = record.values[i];
-        minimum_.values[i] = value < minimum_.values[i] ? value : minimum_.values[i];
-        maximum_.values[i] = value > maximum_.values[i] ? value : maximum_.values[i];
+}
+
+// The lowest period's extremes are those of its records, and the first of equal values stays.
+void DataFragment::widenExtremes() const {
+    if (recordCount_ == 0) {
+        return;
+    }
+    const std::span<const double> minima = loading_->accumulators[0].minima();
+    const std::span<const double> maxima = loading_->accumulators[0].maxima();
+    for (std::size_t i = 0; i < minima.size(); ++i) {
+        widen(minimum_.values[i], maximum_.values[i], minima[i], maxima[i]);
     }
 }
 
+const Record &DataFragment::minimumRecord() const {
+    if (loading_) {
+        widenExtremes();
+    }
+    return minimum_;
+}
+
+const Record &DataFragment::maximumRecord() const {
+    if (loading_) {
+        widenExtremes();
+    }
+    return maximum_;
+}
+
 void DataFragment::finishLoading() {
+    if (loading_) {
+        widenExtremes();
+    }
     timesDependOnOrder_ = timesDependOnOrder();
     loading_.reset();
     halfHourIndex_.releaseSpareMemory();

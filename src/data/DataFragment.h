@@ -123,8 +123,8 @@ public:
     double latestTime() const;
     const HalfHourIndex &halfHourIndex() const { return halfHourIndex_; }
     // Earliest time and smallest values, latest time and largest values of the whole block.
-    const Record &minimumRecord() const { return minimum_; }
-    const Record &maximumRecord() const { return maximum_; }
+    const Record &minimumRecord() const;
+    const Record &maximumRecord() const;
     // The averaged series of periods[level].
     const AveragedSeries &series(std::size_t level) const { return series_[level]; }
 
@@ -143,7 +143,8 @@ private:
     void takeIn(const Record &record, std::uint64_t lineOffset, std::size_t lineLength);
     void startPeriods(std::uint32_t utcSeconds);
     void closePeriods(const RecordStamp &stamp);
-    void widenExtremes(const Record &record);
+    void widenStamps(const RecordStamp &record);
+    void widenExtremes() const;
 
     SourceHeader header_;
     std::string tag_;
@@ -165,7 +166,8 @@ private:
     double lastTime_ = 0;
     std::uint32_t recordCount_ = 0;
     std::array<AveragedSeries, periods.size()> series_;
-    Record minimum_;
-    Record maximum_;
+    // While records come, the values lag behind by the open period; nobody else sees the fragment then.
+    mutable Record minimum_;
+    mutable Record maximum_;
     std::unique_ptr<LoadingState> loading_; // null once loading is finished
 };

@@ -1,7 +1,10 @@
 #include "data/FieldReaders.h"
 
+#include "data/ClockFields.h"
 #include "data/NumberReading.h"
 #include "data/PlainFields.h"
+#include "data/RecordKernels.h"
+#include "data/ValueRun.h"
 
 #include <cmath>
 
@@ -67,6 +70,10 @@ bool readFraction(TextCursor &cursor, Record &record) {
 }
 
 bool readTimeOfDay(TextCursor &cursor, Record &record) {
+    if (readPlainTimeOfDay(cursor, record)) {
+        record.flags |= RecordStamp::hasTimeOfDay;
+        return true;
+    }
     if (!readTriple(cursor, record.hour, record.minute, record.second)) {
         return false;
     }
@@ -75,7 +82,7 @@ bool readTimeOfDay(TextCursor &cursor, Record &record) {
 }
 
 bool readDate(TextCursor &cursor, Record &record) {
-    if (!readTriple(cursor, record.year, record.month, record.day)) {
+    if (!readPlainDate(cursor, record) && !readTriple(cursor, record.year, record.month, record.day)) {
         return false;
     }
     record.flags |= RecordStamp::hasDate;
@@ -98,15 +105,6 @@ bool readDiagnosticWord(TextCursor &cursor, const FieldReader &reader, Record &r
     return true;
 }
 
-bool readValue(TextCursor &cursor, double &value) {
-    float single = 0;
-    if (!readFloat(cursor, single)) {
-        return false;
-    }
-    value = single;
-    return true;
-}
-
 // Sum of a line's bytes up to a place that only moves on, so that many checksum columns cost no more than
 // one.
 class RunningSum {
@@ -114,13 +112,11 @@ public:
     RunningSum(std::uint8_t seed, const char *begin) : at_(begin), sum_(seed) {}
 
     std::uint8_t upTo(const char *end) {
-        // In eight bits, so that the compiler can add many bytes at a time.
-        std::uint8_t sum = sum_;
-        for (; at_ < end; ++at_) {
-            sum = static_cast<std::uint8_t>(sum + static_cast<unsigned char>(*at_));
+        if (at_ < end) {
+            sum_ = static_cast<std::uint8_t>(sum_ + recordKernels().sumBytes(at_, end));
+            at_ = end;
         }
-        sum_ = sum;
-        return sum;
+        return sum_;
     }
 
 private:
@@ -160,17 +156,29 @@ void skipField(TextCursor &cursor) {
 
 } // namespace
 
+void noteRuns(std::vector<FieldReader> &readers) {
+    std::uint32_t run = 0;
+    for (auto reader = readers.rbegin(); reader != readers.rend(); ++reader) {
+        run = reader->kind == FieldReader::Kind::value ? run + 1 : 0;
+        if (run > 0) {
+            reader->fieldCount = run;
+        }
+    }
+}
+
 FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t checksumSeed,
                        std::string_view fields, Record &record) {
     static_cast<RecordStamp &>(record) = RecordStamp();
     TextCursor cursor{fields.data(), fields.data() + fields.size()};
     RunningSum running(checksumSeed, fields.data());
     PlainFields plain(cursor);
-    for (const FieldReader &reader : readers) {
+    for (std::size_t i = 0; i < readers.size(); ++i) {
+        const FieldReader &reader = readers[i];
         bool good = true;
         switch (reader.kind) {
         case FieldReader::Kind::value:
-            good = readValue(cursor, record.values[reader.firstValue]);
+            good = readFloats(cursor, fields.data(), reader.fieldCount, &record.values[reader.firstValue]);
+            i += reader.fieldCount - 1;
             break;
         case FieldReader::Kind::seconds:
             good = readInto(cursor, record.seconds);

@@ -25,13 +25,18 @@ struct FieldReader {
     Kind kind = Kind::skip;
     std::uint32_t firstValue = 0; // index of the value that the column fills, or of its first one
     std::uint32_t flagCount = 0;  // diagnostic word: how many flag values follow the word's own
-    std::uint32_t fieldCount = 1; // checkedValues: how many columns side by side
+    // checkedValues: how many columns side by side. value: how many values follow each other from this column
+    // on, which are read together.
+    std::uint32_t fieldCount = 1;
 };
 
 enum class FieldResult : std::uint8_t { good, bad, checksumFailure };
 
+// Notes in each value column's reader how many follow each other from there on.
+void noteRuns(std::vector<FieldReader> &readers);
+
 // Reads `fields`, a record line from just behind its tag's tab, into `record`, whose values are already
-// sized. The last of `readers` is none that skips. Values and stamp are whole only when the result is good.
-// Nothing is allocated.
+// sized. The last of `readers` is none that skips, and their runs are noted. Values and stamp are whole only
+// when the result is good. Nothing is allocated.
 FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t checksumSeed,
                        std::string_view fields, Record &record);

@@ -1,11 +1,10 @@
 #include "data/NumberReading.h"
 
+#include "data/EightBytes.h"
 #include "data/PlainFields.h"
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
-#include <cstring>
 #include <iterator>
 #include <limits>
 #include <system_error>
@@ -84,20 +83,15 @@ struct Decimal {
 // cursor unmoved, for any other text and near the end of the line.
 bool takeShortDecimal(TextCursor &cursor, Decimal &decimal) {
     constexpr std::ptrdiff_t width = 8;
-    if (std::endian::native != std::endian::little || cursor.end - cursor.at <= width) {
+    if (!canTakeEightBytes || cursor.end - cursor.at <= width) {
         return false;
     }
-    std::uint64_t bytes = 0;
-    std::memcpy(&bytes, cursor.at, width);
-    bytes ^= 0x3030303030303030; // digits become their value, all other bytes more than 9
-    constexpr std::uint64_t highBits = 0x8080808080808080;
-    // Exact up to the second byte that is no digit, if the first is the point.
-    std::uint64_t others = ((bytes + 0x7676767676767676) | bytes) & highBits;
-    const auto placeOf = [](std::uint64_t bits) { return std::countr_zero(bits) / 8; }; // 8 for none
-    const int whole = placeOf(others);
+    const std::uint64_t bytes = eightDigitsAt(cursor.at);
+    std::uint64_t others = noDigitsIn(bytes);
+    const int whole = firstPlaceOf(others);
     const bool hasPoint = whole < width && cursor.at[whole] == '.';
     others &= hasPoint ? others - 1 : others;
-    const int length = placeOf(others);
+    const int length = firstPlaceOf(others);
     const int count = length - (hasPoint ? 1 : 0);
     if (cursor.at[length] != '\t' || count == 0) {
         return false;
@@ -106,14 +100,36 @@ bool takeShortDecimal(TextCursor &cursor, Decimal &decimal) {
     const std::uint64_t wholeBits = whole == width ? ~std::uint64_t{0} : (std::uint64_t{1} << 8 * whole) - 1;
     std::uint64_t digits = (bytes & wholeBits) | (hasPoint ? (bytes >> 8) & ~wholeBits : 0);
     digits <<= 8 * (width - count);
-    // Neighbouring digits are joined to pairs, pairs to fours, fours to the number.
-    digits = digits * 10 + (digits >> 8);
-    constexpr std::uint64_t everyFourth = 0x000000FF000000FF;
-    digits =
-        ((digits & everyFourth) * 0x000F424000000064 + ((digits >> 16) & everyFourth) * 0x0000271000000001) >>
-        32;
-    decimal = {digits, hasPoint ? length - whole - 1 : 0};
+    decimal = {numberOf(digits), hasPoint ? length - whole - 1 : 0};
     cursor.at += length;
+    return true;
+}
+
+// Reads an integer of at most 15 digits that has 16 bytes of the line to itself. False, with the cursor
+// unmoved, for any other one.
+bool takeShortInteger(TextCursor &cursor, std::int64_t &value) {
+    constexpr std::ptrdiff_t width = 8;
+    if (!canTakeEightBytes || cursor.end - cursor.at < 2 * width) {
+        return false;
+    }
+    const auto digitsIn = [](std::uint64_t bytes) { return firstPlaceOf(noDigitsIn(bytes)); };
+    // Of `count` digits, at least one, behind zeros.
+    const auto upTo = [](std::uint64_t bytes, int count) { return numberOf(bytes << (64 - 8 * count)); };
+    const std::uint64_t first = eightDigitsAt(cursor.at);
+    const int count = digitsIn(first);
+    if (count < width) {
+        value = upTo(first, count);
+        cursor.at += count;
+        return true;
+    }
+    const std::uint64_t second = eightDigitsAt(cursor.at + width);
+    const int more = digitsIn(second);
+    if (more == width) {
+        return false;
+    }
+    static constexpr std::int64_t powersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
+    value = numberOf(first) * powersOfTen[more] + (more > 0 ? upTo(second, more) : 0);
+    cursor.at += width + more;
     return true;
 }
 
@@ -186,6 +202,10 @@ bool readInteger(TextCursor &cursor, std::int64_t &value) {
     const bool negative = takeSign(cursor);
     if (cursor.at == cursor.end || !isDigit(*cursor.at)) {
         return false;
+    }
+    if (takeShortInteger(cursor, value)) {
+        value = negative ? -value : value;
+        return true;
     }
     // So many digits always fit.
     constexpr std::ptrdiff_t fitting = 18;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
+#include <span>
 #include <vector>
 
 namespace {
@@ -28,14 +29,18 @@ Accumulator accumulatorOf(std::size_t columns) {
     return accumulator;
 }
 
+std::vector<double> valuesOf(std::span<const double> values) {
+    return {values.begin(), values.end()};
+}
+
 } // namespace
 
 TEST(Accumulator, StartsEmpty) {
     const Accumulator accumulator = accumulatorOf(2);
     EXPECT_EQ(accumulator.count(), 0U);
-    EXPECT_EQ(accumulator.sums(), (std::vector<double>{0, 0}));
-    EXPECT_EQ(accumulator.minima(), std::vector<double>(2, std::numeric_limits<double>::max()));
-    EXPECT_EQ(accumulator.maxima(), std::vector<double>(2, -std::numeric_limits<double>::max()));
+    EXPECT_EQ(valuesOf(accumulator.sums()), (std::vector<double>{0, 0}));
+    EXPECT_EQ(valuesOf(accumulator.minima()), std::vector<double>(2, std::numeric_limits<double>::max()));
+    EXPECT_EQ(valuesOf(accumulator.maxima()), std::vector<double>(2, -std::numeric_limits<double>::max()));
     EXPECT_EQ(accumulator.stamp().diagnosticWord, 0U);
 }
 
@@ -44,9 +49,9 @@ TEST(Accumulator, SumsCountsAndWidensColumnByColumn) {
     accumulator.add(recordOf({1, -2}, 10, 1));
     accumulator.add(recordOf({3, -5}, 20, 4));
     EXPECT_EQ(accumulator.count(), 2U);
-    EXPECT_EQ(accumulator.sums(), (std::vector<double>{4, -7}));
-    EXPECT_EQ(accumulator.minima(), (std::vector<double>{1, -5}));
-    EXPECT_EQ(accumulator.maxima(), (std::vector<double>{3, -2}));
+    EXPECT_EQ(valuesOf(accumulator.sums()), (std::vector<double>{4, -7}));
+    EXPECT_EQ(valuesOf(accumulator.minima()), (std::vector<double>{1, -5}));
+    EXPECT_EQ(valuesOf(accumulator.maxima()), (std::vector<double>{3, -2}));
 }
 
 TEST(Accumulator, KeepsTheTimeOfTheLastRecordAndAllBitsOfTheWords) {
@@ -129,9 +134,9 @@ TEST(Accumulator, TakesInALowerPeriodsExtremesTimeAndWords) {
     lower.add(recordOf({-1, 3}, 20, 2));
     lower.add(recordOf({4, 2}, 30, 4));
     upper.merge(lower);
-    EXPECT_EQ(upper.sums(), (std::vector<double>{4, 10}));
-    EXPECT_EQ(upper.minima(), (std::vector<double>{-1, 2}));
-    EXPECT_EQ(upper.maxima(), (std::vector<double>{4, 5}));
+    EXPECT_EQ(valuesOf(upper.sums()), (std::vector<double>{4, 10}));
+    EXPECT_EQ(valuesOf(upper.minima()), (std::vector<double>{-1, 2}));
+    EXPECT_EQ(valuesOf(upper.maxima()), (std::vector<double>{4, 5}));
     EXPECT_TRUE(sameStamps(upper.stamp(), recordOf({}, 30, 7)));
     EXPECT_EQ(upper.count(), 3U);
 }
@@ -144,9 +149,9 @@ TEST(Accumulator, AfterAResetNothingOfThePeriodBeforeIsLeft) {
     EXPECT_EQ(accumulator.count(), 0U);
     EXPECT_EQ(accumulator.stamp().diagnosticWord, 0U);
     accumulator.add(recordOf({0.25}, 20, 4));
-    EXPECT_EQ(accumulator.sums(), std::vector<double>{0.25});
-    EXPECT_EQ(accumulator.minima(), std::vector<double>{0.25});
-    EXPECT_EQ(accumulator.maxima(), std::vector<double>{0.25});
+    EXPECT_EQ(valuesOf(accumulator.sums()), std::vector<double>{0.25});
+    EXPECT_EQ(valuesOf(accumulator.minima()), std::vector<double>{0.25});
+    EXPECT_EQ(valuesOf(accumulator.maxima()), std::vector<double>{0.25});
     EXPECT_EQ(accumulator.stamp().diagnosticWord, 4U);
 }
 
@@ -157,14 +162,14 @@ TEST(Accumulator, AValueThatIsNotANumberChangesNoExtremeButTheSum) {
     EXPECT_EQ(accumulator.maxima()[0], emptyMaximum);
     accumulator.add(recordOf({2, notANumber}));
     accumulator.add(recordOf({notANumber, notANumber}));
-    EXPECT_EQ(accumulator.minima(), (std::vector<double>{2, emptyMinimum}));
-    EXPECT_EQ(accumulator.maxima(), (std::vector<double>{2, emptyMaximum}));
+    EXPECT_EQ(valuesOf(accumulator.minima()), (std::vector<double>{2, emptyMinimum}));
+    EXPECT_EQ(valuesOf(accumulator.maxima()), (std::vector<double>{2, emptyMaximum}));
     EXPECT_TRUE(std::isnan(accumulator.sums()[0]));
 }
 
 TEST(Accumulator, AnInfinityIsAnExtremeButNoneBeyondTheLargestNumbers) {
     Accumulator accumulator = accumulatorOf(2);
     accumulator.add(recordOf({infinity, -infinity}));
-    EXPECT_EQ(accumulator.minima(), (std::vector<double>{emptyMinimum, -infinity}));
-    EXPECT_EQ(accumulator.maxima(), (std::vector<double>{infinity, emptyMaximum}));
+    EXPECT_EQ(valuesOf(accumulator.minima()), (std::vector<double>{emptyMinimum, -infinity}));
+    EXPECT_EQ(valuesOf(accumulator.maxima()), (std::vector<double>{infinity, emptyMaximum}));
 }

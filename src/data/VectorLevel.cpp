@@ -1,0 +1,76 @@
+#include "data/VectorLevel.h"
+
+#include "data/RecordKernels.h"
+
+#include <atomic>
+
+namespace {
+
+bool canRun(VectorLevel level) {
+#ifdef __x86_64__
+    switch (level) {
+    case VectorLevel::bits256:
+        return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
+               __builtin_cpu_supports("popcnt");
+    case VectorLevel::bits128:
+        return __builtin_cpu_supports("sse4.1") && __builtin_cpu_supports("popcnt");
+    case VectorLevel::plain:
+        break;
+    }
+#endif
+    return level == VectorLevel::plain;
+}
+
+// Null when the level is not available.
+const RecordKernels *kernelsOf(VectorLevel level) {
+    if (!canRun(level)) {
+        return nullptr;
+    }
+    switch (level) {
+    case VectorLevel::bits256:
+        return kernels256();
+    case VectorLevel::bits128:
+        return kernels128();
+    case VectorLevel::plain:
+        break;
+    }
+    return plainKernels();
+}
+
+VectorLevel highestLevel() {
+    for (const VectorLevel level : {VectorLevel::bits256, VectorLevel::bits128}) {
+        if (isAvailable(level)) {
+            return level;
+        }
+    }
+    return VectorLevel::plain;
+}
+
+struct Choice {
+    std::atomic<VectorLevel> level = highestLevel();
+    std::atomic<const RecordKernels *> kernels = kernelsOf(level);
+};
+
+Choice &choice() {
+    static Choice made;
+    return made;
+}
+
+} // namespace
+
+bool isAvailable(VectorLevel level) {
+    return kernelsOf(level) != nullptr;
+}
+
+VectorLevel vectorLevel() {
+    return choice().level;
+}
+
+void useVectorLevel(VectorLevel level) {
+    choice().level = level;
+    choice().kernels = kernelsOf(level);
+}
+
+const RecordKernels &recordKernels() {
+    return *choice().kernels.load(std::memory_order_relaxed);
+}

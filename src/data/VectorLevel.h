@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+
+// How wide the vectors are that the reading of records works with. All levels give the same results, bit for
+// bit; they differ in speed only.
+enum class VectorLevel : std::uint8_t { plain, bits128, bits256 };
+
+// Whether this processor, and this build, can work at `level`.
+bool isAvailable(VectorLevel level);
+
+// The highest level available, unless another one was asked for.
+VectorLevel vectorLevel();
+
+// For tests and benchmarks: works at `level`, which is available, in the whole process from now on.
+void useVectorLevel(VectorLevel level);

@@ -1,0 +1,152 @@
+#include "data/ValueRun.h"
+
+#include "EveryLevel.h"
+#include "RandomFields.h"
+#include "RandomNumberTexts.h"
+#include "support/HeapText.h"
+#include "support/RandomNumbers.h"
+#include "support/RecordComparison.h"
+#include "support/SanitizerBuild.h"
+
+#include <array>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+// What comes of reading numbers from a line: how far it went, the numbers, and where the cursor stood.
+struct Outcome {
+    bool good = true;
+    std::vector<double> values;
+    std::ptrdiff_t end = 0;
+};
+
+Outcome readOneByOne(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
+    Outcome outcome;
+    const HeapText text(line);
+    TextCursor cursor{text.begin() + from, text.end()};
+    for (std::uint32_t i = 0; i < count; ++i) {
+        float value = 0;
+        if (!readFloat(cursor, value)) {
+            outcome.good = false;
+            return outcome;
+        }
+        outcome.values.push_back(value);
+    }
+    outcome.end = cursor.at - text.begin();
+    return outcome;
+}
+
+Outcome readTogether(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
+    Outcome outcome;
+    const HeapText text(line);
+    TextCursor cursor{text.begin() + from, text.end()};
+    outcome.values.resize(count);
+    outcome.good = readFloats(cursor, text.begin(), count, outcome.values.data());
+    outcome.end = cursor.at - text.begin();
+    return outcome;
+}
+
+testing::AssertionResult readsAsOneByOne(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
+    const Outcome expected = readOneByOne(line, from, count);
+    for (const VectorLevel level : EveryLevel::available()) {
+        useVectorLevel(level);
+        const Outcome outcome = readTogether(line, from, count);
+        bool same = outcome.good == expected.good;
+        if (same && expected.good) {
+            same = outcome.end == expected.end;
+            for (std::size_t i = 0; i < count; ++i) {
+                same = same && bitsOf(outcome.values[i]) == bitsOf(expected.values[i]);
+            }
+        }
+        if (!same) {
+            return testing::AssertionFailure() << testing::PrintToString(line) << " from " << from << ", "
+                                               << count << " numbers, level " << static_cast<int>(level);
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+} // namespace
+
+TEST(ValueRun, ReadsRandomLinesAsReadingOneByOneDoes) {
+    const EveryLevel levels;
+    RandomNumberTexts texts(20190605);
+    RandomFields lines(11);
+    RandomNumbers random(12);
+    std::size_t good = 0;
+    for (std::size_t round = scaledDown(400'000); round > 0; --round) {
+        const std::string line = random.oneIn(4) ? texts.number() + "\t" + texts.number()
+                                                 : lines.line(random.below(random.oneIn(20) ? 200 : 60));
+        const auto from = static_cast<std::ptrdiff_t>(random.oneIn(2) ? random.below(line.size() + 1)
+                                                                      : line.size() / (random.below(10) + 1));
+        const auto count = static_cast<std::uint32_t>(random.below(70));
+        ASSERT_TRUE(readsAsOneByOne(line, from, count));
+        good += readOneByOne(line, from, count).good && count > 8;
+    }
+    EXPECT_GT(good, scaledDown(20'000));
+}
+
+// Each text stands alone in its field, between plain neighbours that are good company for a vector.
+TEST(ValueRun, ReadsEveryShortFieldAsReadingOneByOneDoes) {
+    const EveryLevel levels;
+    static constexpr std::string_view alphabet = "095.-+e ";
+    constexpr std::size_t longest = isSanitizerBuild ? 4 : 6;
+    for (std::size_t length = 0; length <= longest; ++length) {
+        std::size_t texts = 1;
+        for (std::size_t i = 0; i < length; ++i) {
+            texts *= alphabet.size();
+        }
+        for (std::size_t number = 0; number < texts; ++number) {
+            std::string text;
+            for (std::size_t i = 0, left = number; i < length; ++i, left /= alphabet.size()) {
+                text += alphabet[left % alphabet.size()];
+            }
+            const std::string line = "1559368800\t1\t-2.5\t33\t" + text + "\t0.25\t-7\t8.125\t9\t10";
+            ASSERT_TRUE(readsAsOneByOne(line, 10, 9));
+        }
+    }
+}
+
+TEST(ValueRun, ReadsPlainDecimalsAsStrtofReadsThem) {
+    const EveryLevel levels;
+    RandomNumbers random(13);
+    constexpr std::uint32_t count = 12;
+    for (std::size_t round = scaledDown(300'000); round > 0; --round) {
+        std::string line = "DATA\t1234567";
+        std::array<float, count> expected{};
+        for (float &value : expected) {
+            std::string text = std::to_string(random.bits()).substr(0, 1 + random.below(8));
+            if (text.size() < 8 && !random.oneIn(4)) {
+                text.insert(random.below(text.size() + 1), ".");
+            }
+            if (random.oneIn(3)) {
+                text.insert(0, "-");
+            }
+            value = std::strtof(text.c_str(), nullptr);
+            line += '\t' + text;
+        }
+        for (const VectorLevel level : EveryLevel::available()) {
+            useVectorLevel(level);
+            const Outcome outcome = readTogether(line, 12, count);
+            ASSERT_TRUE(outcome.good) << line;
+            ASSERT_EQ(outcome.end, static_cast<std::ptrdiff_t>(line.size())) << line;
+            for (std::size_t i = 0; i < count; ++i) {
+                ASSERT_EQ(bitsOf(outcome.values[i]), bitsOf(expected[i])) << line << ' ' << i;
+            }
+        }
+    }
+}
+
+TEST(ValueRun, GoesOnBehindAFieldThatFillsManyLooksAtTheLine) {
+    const EveryLevel levels;
+    for (const std::size_t zeros : {60U, 64U, 65U, 1000U, 1024U, 1025U, 3000U}) {
+        const std::string longField(zeros, '0');
+        EXPECT_TRUE(readsAsOneByOne("123456789\t1\t" + longField + "5.5\t2\t-3\t4\t5\t6\t7\t8\t9", 9, 11));
+        EXPECT_TRUE(readsAsOneByOne("123456789\t1\t2\t-3\t4\t5\t6\t7\t8\t9\t" + longField, 9, 10));
+        EXPECT_TRUE(readsAsOneByOne("123456789\t1\t2\t" + longField + "x", 9, 4));
+    }
+}
