@@ -8,7 +8,7 @@
 void Accumulator::resize(std::size_t columns) {
     constexpr std::size_t parts = 4;
     columns_ = columns;
-    partSize_ = (columns + AlignedDoubles::perLine - 1) / AlignedDoubles::perLine * AlignedDoubles::perLine;
+    partSize_ = AlignedDoubles::roundedUp(columns);
     values_ = AlignedDoubles(parts * partSize_);
     reset();
 }

@@ -4,15 +4,19 @@
 #include <memory>
 #include <new>
 
-// Doubles that begin on a cache line, so that no vector of them lies across two.
+// Doubles on whole cache lines, so that no vector of them lies across two, nor reaches beyond their memory.
 class AlignedDoubles {
 public:
     static constexpr std::size_t perLine = 8;
 
     AlignedDoubles() = default;
     explicit AlignedDoubles(std::size_t count)
-        : values_(static_cast<double *>(::operator new(count * sizeof(double), alignment))) {
-        std::uninitialized_fill_n(values_.get(), count, 0.0);
+        : values_(static_cast<double *>(::operator new(roundedUp(count) * sizeof(double), alignment))) {
+        std::uninitialized_fill_n(values_.get(), roundedUp(count), 0.0);
+    }
+
+    static constexpr std::size_t roundedUp(std::size_t count) {
+        return (count + perLine - 1) / perLine * perLine;
     }
 
     double *data() { return values_.get(); }

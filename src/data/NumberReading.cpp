@@ -2,6 +2,7 @@
 
 #include "data/EightBytes.h"
 #include "data/PlainFields.h"
+#include "data/ShortDecimal.h"
 
 #include <algorithm>
 #include <charconv>
@@ -79,30 +80,12 @@ struct Decimal {
     std::ptrdiff_t fraction = 0;
 };
 
-// Reads a decimal of at most eight bytes, with the point, before a tab: nearly all are. False, with the
-// cursor unmoved, for any other text and near the end of the line.
 bool takeShortDecimal(TextCursor &cursor, Decimal &decimal) {
-    constexpr std::ptrdiff_t width = 8;
-    if (!canTakeEightBytes || cursor.end - cursor.at <= width) {
-        return false;
-    }
-    const std::uint64_t bytes = eightDigitsAt(cursor.at);
-    std::uint64_t others = noDigitsIn(bytes);
-    const int whole = firstPlaceOf(others);
-    const bool hasPoint = whole < width && cursor.at[whole] == '.';
-    others &= hasPoint ? others - 1 : others;
-    const int length = firstPlaceOf(others);
-    const int count = length - (hasPoint ? 1 : 0);
-    if (cursor.at[length] != '\t' || count == 0) {
-        return false;
-    }
-    // The digits move together and to the end of the eight bytes, behind zeros.
-    const std::uint64_t wholeBits = whole == width ? ~std::uint64_t{0} : (std::uint64_t{1} << 8 * whole) - 1;
-    std::uint64_t digits = (bytes & wholeBits) | (hasPoint ? (bytes >> 8) & ~wholeBits : 0);
-    digits <<= 8 * (width - count);
-    decimal = {numberOf(digits), hasPoint ? length - whole - 1 : 0};
+    ShortDecimal taken;
+    const int length = takeShortDecimal(cursor.at, cursor.end, taken);
+    decimal = {taken.digits, static_cast<std::ptrdiff_t>(taken.fraction)};
     cursor.at += length;
-    return true;
+    return length > 0;
 }
 
 // Reads an integer of at most 15 digits that has 16 bytes of the line to itself. False, with the cursor
@@ -173,11 +156,9 @@ bool readPlainDecimal(TextCursor &cursor, float &magnitude) {
     }
     // Where both numbers are singles without rounding, their quotient is the single nearest to the text's
     // value.
-    static constexpr float singlePowersOfTen[] = {1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e5F,
-                                                  1e6F, 1e7F, 1e8F, 1e9F, 1e10F};
     constexpr std::uint64_t largestExact = std::uint64_t{1} << 24U;
-    if (decimal.digits <= largestExact && decimal.fraction < std::ssize(singlePowersOfTen)) {
-        magnitude = static_cast<float>(decimal.digits) / singlePowersOfTen[decimal.fraction];
+    if (decimal.digits <= largestExact && decimal.fraction < std::ssize(exactPowersOfTen)) {
+        magnitude = static_cast<float>(decimal.digits) / exactPowersOfTen[decimal.fraction];
         cursor = behind;
         return true;
     }

@@ -16,9 +16,7 @@ namespace {
     if (length < 1 || length > 8 || !readShortDecimal(end, static_cast<unsigned>(length), decimal)) {
         return false;
     }
-    // Without a point the number is rounded once; with one it has at most seven digits, which a single holds,
-    // and so the quotient is rounded once.
-    const float magnitude = static_cast<float>(decimal.digits) / exactPowersOfTen[decimal.fraction];
+    const float magnitude = valueOf(decimal);
     value = static_cast<double>(negative ? -magnitude : magnitude);
     return true;
 }

@@ -15,7 +15,8 @@ struct FieldEnds {
     std::int32_t ends[1 + 2 * most + 16];
 };
 
-// Sums and extremes of all columns, side by side. Each begins on a cache line.
+// Sums and extremes of all columns, side by side. Each part begins on a cache line and has as many whole ones
+// as it needs, whose last numbers may be anything.
 struct ColumnSums {
     double *sums;
     double *compensations;

@@ -42,4 +42,40 @@ namespace {
     return true;
 }
 
+// Reads a decimal of at most eight bytes that begins at `at`, without sign, and stands before a tab; more
+// than eight bytes before the line's end. Gives how many bytes it has, 0 for any other text.
+[[maybe_unused]] inline int takeShortDecimal(const char *at, const char *lineEnd, ShortDecimal &decimal) {
+    constexpr int width = 8;
+    if (!canTakeEightBytes || lineEnd - at <= width) {
+        return 0;
+    }
+    const std::uint64_t bytes = eightDigitsAt(at);
+    std::uint64_t others = noDigitsIn(bytes);
+    const int whole = firstPlaceOf(others);
+    if (others != 0 && whole != 0 && at[whole] == '\t') {
+        decimal.digits = numberOf(bytes << (8 * (width - whole)));
+        decimal.fraction = 0;
+        return whole;
+    }
+    const bool hasPoint = whole < width && at[whole] == '.';
+    others &= hasPoint ? others - 1 : others;
+    const int length = firstPlaceOf(others);
+    const int count = length - (hasPoint ? 1 : 0);
+    if (at[length] != '\t' || count == 0) {
+        return 0;
+    }
+    // The digits move together and to the end of the eight bytes, behind zeros.
+    const std::uint64_t wholeBits = whole == width ? ~std::uint64_t{0} : (std::uint64_t{1} << 8 * whole) - 1;
+    const std::uint64_t digits = (bytes & wholeBits) | (hasPoint ? (bytes >> 8) & ~wholeBits : 0);
+    decimal.digits = numberOf(digits << (8 * (width - count)));
+    decimal.fraction = static_cast<std::uint32_t>(hasPoint ? length - whole - 1 : 0);
+    return length;
+}
+
+// The single nearest to it: without a point the number is rounded once; with one it has at most seven digits,
+// which a single holds, and so the quotient is rounded once.
+[[maybe_unused]] inline float valueOf(const ShortDecimal &decimal) {
+    return static_cast<float>(decimal.digits) / exactPowersOfTen[decimal.fraction];
+}
+
 } // namespace

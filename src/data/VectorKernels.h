@@ -137,22 +137,52 @@ std::uint64_t convertFields(const char *from, const FieldEnds &fields, std::uint
 
 template <typename Vector>
 void addColumns(std::size_t count, const double *values, const ColumnSums &columns) {
+    constexpr std::size_t atOnce = Vector::doubles;
+    double *const sums = columns.sums;
+    double *const compensations = columns.compensations;
+    double *const minima = columns.minima;
+    double *const maxima = columns.maxima;
+    const auto add = [=](std::size_t to, const double *from) {
+        Vector::add(from, sums + to, compensations + to);
+        Vector::widen(from, minima + to, maxima + to);
+    };
     std::size_t i = 0;
-    for (; i + Vector::doubles <= count; i += Vector::doubles) {
-        Vector::add(values + i, columns.sums + i, columns.compensations + i);
-        Vector::widen(values + i, columns.minima + i, columns.maxima + i);
+    for (; i + atOnce <= count; i += atOnce) {
+        add(i, values + i);
     }
-    addPlainColumns(i, count, values, columns);
+    if (i < count) {
+        double last[atOnce] = {};
+        for (std::size_t j = i; j < count; ++j) {
+            last[j - i] = values[j];
+        }
+        add(i, last);
+    }
 }
 
 template <typename Vector>
 std::uint8_t sumBytes(const char *begin, const char *end) {
+    if (end - begin < Vector::bytes) {
+        return sumPlainBytes(begin, end);
+    }
     auto sums = Vector::every64(0);
     const char *at = begin;
     for (; end - at >= Vector::bytes; at += Vector::bytes) {
         sums = Vector::sum64(sums, Vector::sumsOfBytes(Vector::load(at)));
     }
-    return static_cast<std::uint8_t>(Vector::lowTotal(sums) + sumPlainBytes(at, end));
+    // The last bytes, together with some that were added already and are blotted out.
+    static constexpr struct Blots {
+        char zeros[sizeof(typename Vector::Bytes)] = {};
+        char ones[sizeof(typename Vector::Bytes)];
+
+        constexpr Blots() : ones() {
+            for (char &byte : ones) {
+                byte = '\xFF';
+            }
+        }
+    } blots;
+    const auto mask = Vector::load(blots.zeros + (end - at));
+    sums = Vector::sum64(sums, Vector::sumsOfBytes(Vector::both(Vector::load(end - Vector::bytes), mask)));
+    return static_cast<std::uint8_t>(Vector::lowTotal(sums));
 }
 
 } // namespace
