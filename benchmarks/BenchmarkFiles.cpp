@@ -5,6 +5,9 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <quazip.h>
+#include <quazipfile.h>
+#include <quazipnewinfo.h>
 
 #include <stdexcept>
 
@@ -65,6 +68,22 @@ std::vector<std::string> halfHourArchives() {
         files.push_back(file.filePath().toStdString());
     }
     return files;
+}
+
+std::string manyBlocksArchive() {
+    const QString path = folder().filePath("blocks.ghg");
+    QuaZip archive(path);
+    QuaZipFile member(&archive);
+    std::string text = "Instrument:\tQA3401\n";
+    for (int i = 0; i < 2000; ++i) {
+        text.append("DATAH\tSECONDS\tA\tB\nDATA\t").append(std::to_string(1600000000 + i)).append("\t1\t2\n");
+    }
+    const auto size = static_cast<qint64>(text.size());
+    if (!archive.open(QuaZip::mdCreate) || !member.open(QIODevice::WriteOnly, QuaZipNewInfo("blocks.data")) ||
+        member.write(text.data(), size) != size) {
+        throw std::runtime_error("cannot make " + path.toStdString());
+    }
+    return path.toStdString();
 }
 
 double fileSize(const std::string &path) {

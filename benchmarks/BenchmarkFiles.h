@@ -16,5 +16,8 @@ std::string fastFile();
 // Successive half-hour archives of the fast analyser.
 std::vector<std::string> halfHourArchives();
 
+// An archive whose one member holds 2000 blocks of one record each, a second apart.
+std::string manyBlocksArchive();
+
 // Bytes on disk.
 double fileSize(const std::string &path);

@@ -72,4 +72,15 @@ void BM_PlotWindow(benchmark::State &state) {
 }
 BENCHMARK(BM_PlotWindow)->Arg(1)->Arg(8)->Unit(benchmark::kMillisecond);
 
+// Very many blocks in one source.
+void BM_ManyBlocks(benchmark::State &state) {
+    const DataSet dataSet = loadWhole(manyBlocksArchive());
+    std::vector<SeriesPoints> points;
+    for (auto step : state) {
+        points = dataSet.seriesOf({{"QA3401:DATA:A", ""}}, wholeRangeStart, wholeRangeEnd);
+    }
+    state.counters["points"] = static_cast<double>(points.front().values->size());
+}
+BENCHMARK(BM_ManyBlocks)->Unit(benchmark::kMillisecond);
+
 } // namespace

@@ -16,6 +16,12 @@ test_packages=(
 
 benchmark_packages=(libbenchmark-dev)
 
+# What scripts/bench runs and compares with.
+comparison_packages=(python3 unzip)
+
+# Other tools that it compares with where they are installed.
+benchmark_peers=(python3-pandas r-base-core r-cran-data.table kst gnuplot-nox)
+
 lint_packages=(clang-format clang-tidy)
 
 clang_packages=(clang)

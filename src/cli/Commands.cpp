@@ -127,7 +127,8 @@ void printSeries(const DataSet &data, const SeriesWish &wish, Output &output) {
 
 // An input is never replaced.
 bool mayWriteTo(const std::string &path, const std::vector<std::string> &inputs) {
-    LoadedFileGuard guard([&inputs] { return std::set<std::string>(inputs.begin(), inputs.end()); });
+    auto names = std::make_shared<const std::set<std::string>>(inputs.begin(), inputs.end());
+    LoadedFileGuard guard([&names] { return names; });
     const bool isInput = guard.isLoaded(path);
     if (isInput) {
         std::cerr << path << ": This is one of the files to be read; nothing is written\n";

@@ -57,7 +57,8 @@ void exportData(const DataSet &data, const std::vector<std::string> &inputs, con
         std::cerr << wish.instrument + ':' + wish.tag + ": No file holds this data\n";
         return;
     }
-    source.loadedFiles = [files = std::set<std::string>(inputs.begin(), inputs.end())] { return files; };
+    source.loadedFiles = [files = std::make_shared<const std::set<std::string>>(
+                              inputs.begin(), inputs.end())] { return files; };
     BarProgress progress(standardError, scaleFor(data, wish.instrument));
     runExport(source, wish.request, progress);
 }

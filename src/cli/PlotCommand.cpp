@@ -28,7 +28,7 @@ void drawPlot(const DataSet &data, const PlotWish &wish, StandardError &standard
     PlotFileWish picture{
         knownOf(wish.left, known),      knownOf(wish.right, known),         wish.from, wish.to,
         QSize(wish.width, wish.height), QString::fromStdString(wish.output)};
-    if (picture.leftKeys.empty()) {
+    if (picture.leftKeys.empty() && picture.rightKeys.empty()) {
         return;
     }
     QDataSet dataSet;

@@ -23,7 +23,11 @@ void addPlotRight(PlotWish &wish, std::string_view value) {
 }
 
 void setPlotOutput(PlotWish &wish, std::string_view value) {
-    if (!isPlotFileName(QString::fromUtf8(value.data(), static_cast<int>(value.size())))) {
+    const QString path = QString::fromUtf8(value.data(), static_cast<int>(value.size()));
+    if (path.toStdString() != value) {
+        throw UsageError("--output takes a path in UTF-8, not " + quoted(value));
+    }
+    if (!isPlotFileName(path)) {
         throw UsageError("--output takes a path that ends in .png, .svg or .pdf, not " + quoted(value));
     }
     wish.output = value;

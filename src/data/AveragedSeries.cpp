@@ -1,10 +1,22 @@
 #include "data/AveragedSeries.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
-constexpr std::size_t statistics = 3;
+constexpr std::size_t extremesOfPeriod = 2;
+
+bool fitsSinglePrecision(double value) {
+    return std::isinf(value) || (std::abs(value) <= std::numeric_limits<float>::max() &&
+                                 static_cast<double>(static_cast<float>(value)) == value);
+}
+
+// `empty` is the extreme of a column without a number.
+float narrowed(double value, double empty) {
+    return value == empty ? std::numeric_limits<float>::quiet_NaN() : static_cast<float>(value);
+}
 
 } // namespace
 
@@ -14,24 +26,54 @@ void AveragedSeries::append(std::uint32_t end, const Accumulator &period) {
     stamp.nanoseconds = 0;
     stamps_.push_back(stamp);
     for (const double sum : period.sums()) {
-        values_.push_back(sum / period.count());
+        averages_.push_back(sum / period.count());
     }
-    values_.insert(values_.end(), period.maxima().begin(), period.maxima().end());
-    values_.insert(values_.end(), period.minima().begin(), period.minima().end());
+    appendExtremes(period.maxima(), emptyMaximum);
+    appendExtremes(period.minima(), emptyMinimum);
+}
+
+void AveragedSeries::appendExtremes(std::span<const double> extremes, double empty) {
+    const bool fit =
+        wideExtremes_.empty() && std::all_of(extremes.begin(), extremes.end(), [empty](double extreme) {
+            return extreme == empty || fitsSinglePrecision(extreme);
+        });
+    if (!fit) {
+        widenExtremes();
+        wideExtremes_.insert(wideExtremes_.end(), extremes.begin(), extremes.end());
+        return;
+    }
+    for (const double extreme : extremes) {
+        extremes_.push_back(narrowed(extreme, empty));
+    }
+}
+
+void AveragedSeries::widenExtremes() {
+    for (std::size_t i = 0; i < extremes_.size(); ++i) {
+        const bool isMaximum = i / columns_ % extremesOfPeriod == 0;
+        const double empty = isMaximum ? emptyMaximum : emptyMinimum;
+        wideExtremes_.push_back(std::isnan(extremes_[i]) ? empty : extremes_[i]);
+    }
+    extremes_ = {};
 }
 
 void AveragedSeries::releaseSpareMemory() {
     stamps_.shrink_to_fit();
-    values_.shrink_to_fit();
-}
-
-std::span<const double> AveragedSeries::values(Statistic statistic, std::size_t index) const {
-    const std::size_t first = (index * statistics + static_cast<std::size_t>(statistic)) * columns_;
-    return std::span(values_).subspan(first, columns_);
+    averages_.shrink_to_fit();
+    extremes_.shrink_to_fit();
+    wideExtremes_.shrink_to_fit();
 }
 
 double AveragedSeries::value(Statistic statistic, std::size_t index, std::size_t column) const {
-    return values_[(index * statistics + static_cast<std::size_t>(statistic)) * columns_ + column];
+    if (statistic == Statistic::average) {
+        return averages_[index * columns_ + column];
+    }
+    const bool isMaximum = statistic == Statistic::maximum;
+    const std::size_t at = (index * extremesOfPeriod + (isMaximum ? 0 : 1)) * columns_ + column;
+    if (!wideExtremes_.empty()) {
+        return wideExtremes_[at];
+    }
+    const float extreme = extremes_[at];
+    return std::isnan(extreme) ? (isMaximum ? emptyMaximum : emptyMinimum) : extreme;
 }
 
 std::size_t AveragedSeries::firstFrom(double utcSeconds) const {

@@ -22,8 +22,6 @@ public:
 
     std::size_t size() const { return stamps_.size(); }
     std::span<const RecordStamp> stamps() const { return stamps_; }
-    // The values of period `index`, one for each column.
-    std::span<const double> values(Statistic statistic, std::size_t index) const;
     double value(Statistic statistic, std::size_t index, std::size_t column) const;
 
     // Index of the first period whose end is not before `utcSeconds`.
@@ -32,7 +30,15 @@ public:
     std::size_t firstBehind(double utcSeconds) const;
 
 private:
+    void appendExtremes(std::span<const double> extremes, double empty);
+    void widenExtremes();
+
     std::size_t columns_ = 0;
     std::vector<RecordStamp> stamps_;
-    std::vector<double> values_; // for each period its averages, then its maxima, then its minima
+    std::vector<double> averages_;
+    // For each period its maxima, then its minima. Values were read in single precision, so their extremes
+    // fit into half the memory; a not-a-number stands for a column without a number. A diagnostic word may
+    // not fit: then all extremes move to the wide ones.
+    std::vector<float> extremes_;
+    std::vector<double> wideExtremes_; // empty while all fit
 };

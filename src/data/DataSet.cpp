@@ -183,8 +183,8 @@ void DataSet::series(std::string_view key, std::string_view selector, double sta
 }
 
 std::vector<SeriesPoints> DataSet::seriesOf(const std::vector<SeriesRequest> &requests, double start,
-                                            double end) const {
-    return SeriesBatch(fragments_, requests, start, end).read();
+                                            double end, ShortBlocks shortBlocks) const {
+    return SeriesBatch(fragments_, requests, start, end, shortBlocks).read();
 }
 
 void DataSet::valueRange(std::string_view key, double &low, double &high) const {

@@ -78,8 +78,8 @@ public:
                 std::vector<double> &times, std::vector<double> &values) const;
     // The same for each of `requests`, in their order, at the cost of hardly more than one: sources are read
     // once.
-    std::vector<SeriesPoints> seriesOf(const std::vector<SeriesRequest> &requests, double start,
-                                       double end) const;
+    std::vector<SeriesPoints> seriesOf(const std::vector<SeriesRequest> &requests, double start, double end,
+                                       ShortBlocks shortBlocks = ShortBlocks::atTheLevel) const;
 
     // Widens [low, high] by the variable's smallest and largest value.
     void valueRange(std::string_view key, double &low, double &high) const;

@@ -83,12 +83,10 @@ std::uint64_t endsOfPlainFields(const Places &places) {
 
 } // namespace
 
-// From the cursor on, which is at a tab: those still known, or those that another look finds. None, and
-// window_ at the cursor, when the next field is not plain.
+// From the cursor on, which is at a tab: those still known, or those that another look finds. A tab before
+// the place where the looking stopped ends a plain field itself, and behind that place none is known.
 std::uint64_t PlainFields::endsBehind(const TextCursor &cursor) {
-    const std::ptrdiff_t place = cursor.at - window_;
-    if (place >= 0 && place < mostPlaces &&
-        (place == 0 || (ends_ >> static_cast<unsigned>(place) & 1U) != 0)) {
+    if (const std::ptrdiff_t place = cursor.at - window_; place < mostPlaces) {
         const std::uint64_t known = ends_ & ~std::uint64_t{1} << static_cast<unsigned>(place);
         if (known != 0) {
             return known;

@@ -12,8 +12,8 @@ class PlainFields {
 public:
     explicit PlainFields(const TextCursor &cursor) : window_(cursor.at) {}
 
-    // Moves the cursor, wherever it is in the line, over at most `count` such fields and gives how many. It
-    // stops at any other text, which may still be a number.
+    // Moves the cursor, which may have moved on meanwhile, over at most `count` such fields and gives how
+    // many. It stops at any other text, which may still be a number.
     std::uint32_t pass(TextCursor &cursor, std::uint32_t count);
 
 private:

@@ -48,7 +48,8 @@ std::size_t indexIn(List &list, const Condition &isIt, const Element &added) {
 } // namespace
 
 SeriesBatch::SeriesBatch(const FragmentList &fragments, const std::vector<SeriesRequest> &requests,
-                         double start, double end) {
+                         double start, double end, ShortBlocks shortBlocks)
+    : shortBlocks_(shortBlocks) {
     std::vector<Wanted> wanted;
     series_.reserve(requests.size());
     for (const SeriesRequest &request : requests) {
@@ -76,7 +77,7 @@ std::vector<SeriesPoints> SeriesBatch::read() const {
     SourcePass pass;
     std::deque<SeriesLists> lists; // the pass refers to their blocks
     for (const SeriesQuery &query : queries_) {
-        for (BlockPoints &block : lists.emplace_back(query).blocks()) {
+        for (BlockPoints &block : lists.emplace_back(query, shortBlocks_).blocks()) {
             pass.add(block);
         }
     }

@@ -19,7 +19,7 @@ public:
     // `start` and `end` are UTC seconds or the whole-range bounds, which each instrument and tag resolve for
     // themselves. The selector is empty for the averages, "max" or "min"; any other gives no averages.
     SeriesBatch(const FragmentList &fragments, const std::vector<SeriesRequest> &requests, double start,
-                double end);
+                double end, ShortBlocks shortBlocks = ShortBlocks::atTheLevel);
 
     // The points of each request, in their order.
     std::vector<SeriesPoints> read() const;
@@ -31,6 +31,7 @@ private:
         std::optional<Statistic> statistic;
     };
 
+    ShortBlocks shortBlocks_;
     std::vector<SeriesQuery> queries_; // one for each instrument and tag
     std::vector<Series> series_;
 };

@@ -17,9 +17,20 @@ std::vector<double> joined(const std::vector<const std::vector<double> *> &lists
     return all;
 }
 
+// The wanted level, or the longest shorter one of which the fragment spans enough periods.
+std::size_t levelFor(const DataFragment &fragment, std::size_t wanted) {
+    constexpr double enough = 3;
+    const double span = fragment.latestTime() - fragment.firstTime();
+    std::size_t level = wanted;
+    while (level > 0 && enough * DataFragment::periods.at(level) > span) {
+        --level;
+    }
+    return level;
+}
+
 } // namespace
 
-SeriesLists::SeriesLists(const SeriesQuery &query) : query_(query) {
+SeriesLists::SeriesLists(const SeriesQuery &query, ShortBlocks shortBlocks) : query_(query) {
     const auto level = query.level();
     if (level) {
         periods_.reserve(query.size());
@@ -29,8 +40,9 @@ SeriesLists::SeriesLists(const SeriesQuery &query) : query_(query) {
     for (std::size_t part = 0; part < query.size(); ++part) {
         const DataFragment &fragment = query.fragment(part);
         if (level) {
-            const AveragedSeries &series = fragment.series(*level);
-            periods_.push_back({series.firstFrom(query.start()), series.firstBehind(query.end())});
+            const AveragedSeries &series =
+                fragment.series(shortBlocks == ShortBlocks::atTheLevel ? *level : levelFor(fragment, *level));
+            periods_.push_back({&series, series.firstFrom(query.start()), series.firstBehind(query.end())});
         } else {
             blocks_.emplace_back(fragment, query.valueColumns(part), query.start(), query.end());
         }
@@ -103,7 +115,7 @@ std::vector<double> SeriesLists::periodTimes(const std::vector<bool> &parts) con
     times.reserve(periodCount(parts));
     for (std::size_t part = 0; part < parts.size(); ++part) {
         if (parts[part]) {
-            const AveragedSeries &series = query_.fragment(part).series(*query_.level());
+            const AveragedSeries &series = *periods_[part].series;
             for (std::size_t i = periods_[part].first; i < periods_[part].last; ++i) {
                 times.push_back(timeOf(series.stamps()[i]));
             }
@@ -117,7 +129,7 @@ std::vector<double> SeriesLists::periodValues(std::size_t column, Statistic stat
     values.reserve(periodCount(partsWith(column)));
     for (std::size_t part = 0; part < periods_.size(); ++part) {
         if (const auto valueColumn = query_.valueColumn(part, column)) {
-            const AveragedSeries &series = query_.fragment(part).series(*query_.level());
+            const AveragedSeries &series = *periods_[part].series;
             for (std::size_t i = periods_[part].first; i < periods_[part].last; ++i) {
                 values.push_back(series.value(statistic, i, *valueColumn));
             }

@@ -16,7 +16,7 @@
 // The query must outlive it. Call pointsOf() when a pass has given the blocks() their lines.
 class SeriesLists {
 public:
-    explicit SeriesLists(const SeriesQuery &query);
+    SeriesLists(const SeriesQuery &query, ShortBlocks shortBlocks);
 
     // Those whose records are to be read, parallel to the query's fragments; none when it takes averages.
     std::vector<BlockPoints> &blocks() { return blocks_; }
@@ -27,6 +27,7 @@ public:
 private:
     using List = std::shared_ptr<const std::vector<double>>;
     struct Periods { // of one fragment's averaged series, the last one excluded
+        const AveragedSeries *series;
         std::size_t first;
         std::size_t last;
     };

@@ -10,6 +10,11 @@ struct SeriesRequest {
     std::string selector;
 };
 
+// What a block gives that spans few periods of the level that a span of time asks for. A period that a block
+// does not fill gives no point, so that a season of half-hour files would have next to none at the longer
+// periods: a plot of them takes shorter ones.
+enum class ShortBlocks { atTheLevel, atAFinerLevel };
+
 // The points of one series. Series that have the same times, or the same values, may share them. Never null,
 // and of one length.
 struct SeriesPoints {

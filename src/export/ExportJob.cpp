@@ -26,7 +26,12 @@ ExportJob::ExportJob(const ExportSource &source, ExportRequest request, ExportPr
       progress_(progress),
       openFile_(std::move(openFile)),
       guard_(source.loadedFiles),
-      cursor_(source.fragments, wholeRangeStart, wholeRangeEnd) {}
+      cursor_(source.fragments, wholeRangeStart, wholeRangeEnd) {
+    // They are read to the end, also when they are removed from the loaded ones meanwhile.
+    for (const auto &fragment : source.fragments) {
+        guard_.protect(fragment->header().fileName);
+    }
+}
 
 void ExportJob::run() {
     remarkOnColumns();
@@ -44,11 +49,18 @@ void ExportJob::run() {
 void ExportJob::remarkOnColumns() {
     const bool ofBits = request_.format == ExportFormat::diagnostics;
     const auto &names = ofBits ? source_.diagnosticNames : source_.valueNames;
-    const bool differ =
-        std::any_of(source_.fragments.begin(), source_.fragments.end(), [&](const auto &fragment) {
-            return (ofBits ? fragment->diagnosticNames() : fragment->valueNames()) != names;
-        });
-    if (differ) {
+    const auto differs = [&](const auto &fragment) {
+        return (ofBits ? fragment->diagnosticNames() : fragment->valueNames()) != names;
+    };
+    const auto isOfOtherLength = [&](const auto &fragment) { return fragment->valueCount() != names.size(); };
+    const auto &fragments = source_.fragments;
+    if (request_.format == ExportFormat::tob1 &&
+        std::any_of(fragments.begin(), fragments.end(), isOfOtherLength)) {
+        progress_.reportFailure(
+            request_.targetName +
+            ": The number of columns changed in the course of the data. Readers of TOB1 take "
+            "all records to be as long as the first one and misread those behind the change");
+    } else if (std::any_of(fragments.begin(), fragments.end(), differs)) {
         progress_.remark(request_.targetName +
                          ": The columns changed in the course of the data; the first ones' names are used");
     }

@@ -2,6 +2,8 @@
 
 #include "export/DecimalText.h"
 
+#include <QString>
+
 #include <array>
 
 namespace {
@@ -24,14 +26,6 @@ std::string_view folderOf(std::string_view path) {
     return hasFolder ? path.substr(0, separator + 1) : std::string_view();
 }
 
-// Letter case in the ASCII manner, whatever the locale.
-char fileCharacter(char c) {
-    if (c >= 'A' && c <= 'Z') {
-        return static_cast<char>(c - 'A' + 'a');
-    }
-    return c == ':' ? '-' : c;
-}
-
 } // namespace
 
 std::string withExtension(std::string name, std::string_view extension) {
@@ -49,11 +43,9 @@ std::string withExtensionChanged(std::string name, std::string_view before, std:
 }
 
 std::string proposedName(std::string_view item, std::string_view currentName, std::string_view extension) {
-    std::string name(folderOf(currentName));
-    for (const char c : item) {
-        name += fileCharacter(c);
-    }
-    return withExtension(std::move(name), extension);
+    const QString text = QString::fromUtf8(item.data(), static_cast<int>(item.size()));
+    const std::string name = text.toLower().replace(QLatin1Char(':'), QLatin1Char('-')).toStdString();
+    return withExtension(std::string(folderOf(currentName)) + name, extension);
 }
 
 TargetParts splitTarget(std::string_view target) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/DataFragment.h"
+#include "export/LoadedFileGuard.h"
 
 #include <functional>
 #include <memory>
@@ -19,7 +20,7 @@ struct ExportSource {
     std::vector<std::string> diagnosticNames;
     std::string softwareVersion; // of the first fragment of that instrument
     // Files that must not be written to, asked for before each file is opened.
-    std::function<std::set<std::string>()> loadedFiles;
+    std::function<FileNames()> loadedFiles;
 };
 
 // `data` is a DataSet, or an owner of one that answers the same queries (QDataSet). It must outlive the
@@ -32,5 +33,5 @@ ExportSource exportSourceOf(const Data &data, const std::string &instrument, con
             data.unitsOfInstrumentAndTag(instrument, tag),
             data.diagnosticNamesOfInstrumentAndTag(instrument, tag),
             data.versionOfInstrument(instrument),
-            [&data] { return data.fileNames(); }};
+            [&data] { return std::make_shared<const std::set<std::string>>(data.fileNames()); }};
 }

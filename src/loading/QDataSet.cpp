@@ -189,10 +189,10 @@ void QDataSet::series(const std::string &key, const std::string &selector, doubl
 }
 
 std::vector<SeriesPoints> QDataSet::seriesOf(const std::vector<SeriesRequest> &requests, double start,
-                                             double end) const {
+                                             double end, ShortBlocks shortBlocks) const {
     const auto batch = [&] {
         const ReadGuard guard(lock_);
-        return SeriesBatch(dataSet_.fragments(), requests, start, end);
+        return SeriesBatch(dataSet_.fragments(), requests, start, end, shortBlocks);
     }();
     return batch.read();
 }

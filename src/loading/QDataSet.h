@@ -56,8 +56,8 @@ public:
     std::string timeZoneNameOfKey(const std::string &key) const;
     void series(const std::string &key, const std::string &selector, double start, double end,
                 std::vector<double> &times, std::vector<double> &values) const;
-    std::vector<SeriesPoints> seriesOf(const std::vector<SeriesRequest> &requests, double start,
-                                       double end) const;
+    std::vector<SeriesPoints> seriesOf(const std::vector<SeriesRequest> &requests, double start, double end,
+                                       ShortBlocks shortBlocks = ShortBlocks::atTheLevel) const;
     void valueRange(const std::string &key, double &low, double &high) const;
     void timeRangeOfInstrument(const std::string &instrument, double &first, double &last) const;
     std::vector<std::string> valueNamesOfInstrumentAndTag(const std::string &instrument,

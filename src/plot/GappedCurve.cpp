@@ -45,7 +45,7 @@ void GappedCurve::drawLines(QPainter *painter, const QwtScaleMap &xMap, const Qw
         return;
     }
     const auto first = static_cast<std::size_t>(from);
-    const auto count = static_cast<std::size_t>(to - from + 1);
+    const auto count = static_cast<std::size_t>(to) - first + 1;
     const QPolygonF line = densePolyline(std::span(series_->times()).subspan(first, count),
                                          std::span(series_->values()).subspan(first, count), xMap, yMap);
     // As far beyond the canvas as the thickest line may reach.

@@ -13,6 +13,7 @@
 #include <QDoubleValidator>
 #include <QDropEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
@@ -64,6 +65,7 @@ QString yText(double value) {
 
 PlotDialog::PlotDialog(QWidget *parent, const QDataSet *dataSet, const QString &key)
     : QDialog(parent),
+      dataSet_(dataSet),
       plot_(new TimeSeriesPlot(*dataSet, key, this)),
       zoomer_(new PlotZoomer(plot_->canvas(), plot_->timezone())) {
     setAttribute(Qt::WA_DeleteOnClose);
@@ -237,12 +239,8 @@ void PlotDialog::OnAutoScaleFull() {
 void PlotDialog::OnAutoScaleHorizontal() {
     plot_->loadEverything();
     const Extent times = plot_->windows(TimeSeriesPlot::Curves::visible);
-    QRectF rect = zoomer_->zoomRect();
-    if (!times.isEmpty()) {
-        rect.setLeft(times.low);
-        rect.setWidth(times.width());
-    }
-    zoomTo(rect);
+    const QRectF rect = zoomer_->zoomRect();
+    zoomTo(times.isEmpty() ? rect : withTimes(rect, times));
 }
 
 void PlotDialog::OnAutoScaleVertical() {
@@ -250,10 +248,7 @@ void PlotDialog::OnAutoScaleVertical() {
     if (values.isEmpty()) {
         return;
     }
-    QRectF rect = zoomer_->zoomRect();
-    rect.setTop(values.low);
-    rect.setHeight(values.width());
-    zoomTo(rect);
+    zoomTo(withValues(zoomer_->zoomRect(), values));
 }
 
 void PlotDialog::OnLegendChecked(const QVariant &info, bool on, int) {
@@ -297,14 +292,12 @@ void PlotDialog::OnYMinMaxApplyClicked() {
         return;
     }
     const auto [low, high] = std::minmax({*first, *second});
-    QRectF rect = zoomer_->zoomRect();
+    const QRectF rect = zoomer_->zoomRect();
     const bool isShown = rect.top() == low && rect.height() == high - low;
     if (isShown || !std::isfinite(high - low)) {
         return;
     }
-    rect.setTop(low);
-    rect.setHeight(high - low);
-    zoomer_->zoom(withArea(rect));
+    zoomer_->zoom(withArea(withValues(rect, {low, high})));
 }
 
 void PlotDialog::dragEnterEvent(QDragEnterEvent *event) {
@@ -369,6 +362,13 @@ void PlotDialog::savePicture() {
     }
     if (!isPictureName(path)) {
         path += QLatin1Char('.') + filter.left(3).toLower();
+        if (QFileInfo::exists(path) && !mayReplace(path)) {
+            return;
+        }
+    }
+    if (isLoaded(path)) {
+        tell(tr("Save picture"), path + QStringLiteral(": This file is loaded; it is left alone"));
+        return;
     }
     const QString problem = writePicture(*plot_, path, plot_->size());
     tell(tr("Save picture"), problem.isEmpty() ? problem : path + QStringLiteral(": ") + problem);
@@ -381,6 +381,21 @@ void PlotDialog::giveUpOrClose() {
     } else {
         close();
     }
+}
+
+// The file dialog has asked about the name as it was typed only.
+bool PlotDialog::mayReplace(const QString &path) {
+    return QMessageBox::question(this, tr("Save picture"),
+                                 tr("%1 already exists. Do you want to replace it?").arg(path)) ==
+           QMessageBox::Yes;
+}
+
+bool PlotDialog::isLoaded(const QString &path) const {
+    const QString canonical = QFileInfo(path).canonicalFilePath(); // empty when there is no such file
+    const std::set<std::string> files = dataSet_->fileNames();
+    return !canonical.isEmpty() && std::any_of(files.begin(), files.end(), [&](const std::string &file) {
+        return QFileInfo(QString::fromStdString(file)).canonicalFilePath() == canonical;
+    });
 }
 
 void PlotDialog::tell(const QString &title, const QString &problem) {

@@ -66,20 +66,23 @@ private:
     void updateButtons();
     void showYRange(const QRectF &rect);
     void extendZoomBase(bool wasEmpty);
+    bool mayReplace(const QString &path);
+    bool isLoaded(const QString &path) const;
     void tell(const QString &title, const QString &problem);
 
+    const QDataSet *dataSet_;
     TimeSeriesPlot *plot_;
     PlotZoomer *zoomer_;
-    QToolButton *previousButton_;
-    QToolButton *nextButton_;
-    QToolButton *fullButton_;
-    QToolButton *horizontalButton_;
-    QToolButton *verticalButton_;
-    QPushButton *yRangeButton_;
-    QLineEdit *yMinimumEdit_;
-    QLineEdit *yMaximumEdit_;
-    QPushButton *printButton_;
-    QPushButton *closeButton_;
+    QToolButton *previousButton_ = nullptr;
+    QToolButton *nextButton_ = nullptr;
+    QToolButton *fullButton_ = nullptr;
+    QToolButton *horizontalButton_ = nullptr;
+    QToolButton *verticalButton_ = nullptr;
+    QPushButton *yRangeButton_ = nullptr;
+    QLineEdit *yMinimumEdit_ = nullptr;
+    QLineEdit *yMaximumEdit_ = nullptr;
+    QPushButton *printButton_ = nullptr;
+    QPushButton *closeButton_ = nullptr;
     QVector<QPair<QToolButton *, QAction *>> zoomControls_; // button and menu entry of the same
     bool yRangeIsUsers_ = false;                            // what the edits hold was entered by the user
     bool viewIsLoaded_ = false;                             // by the last zoom

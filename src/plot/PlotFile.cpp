@@ -6,6 +6,8 @@
 
 #include <QApplication>
 
+#include <utility>
+
 namespace {
 
 // Drawing texts needs an application, which needs no display.
@@ -22,13 +24,9 @@ void makeApplication() {
 
 void show(TimeSeriesPlot &plot, const PlotFileWish &wish) {
     QRectF rect = plot.wholeRect();
-    if (wish.from != wholeRangeStart) {
-        rect.setLeft(wish.from);
-    }
-    if (wish.to != wholeRangeEnd) {
-        rect.setRight(wish.to);
-    }
     if (wish.from != wholeRangeStart || wish.to != wholeRangeEnd) {
+        rect = withTimes(rect, {wish.from != wholeRangeStart ? wish.from : rect.left(),
+                                wish.to != wholeRangeEnd ? wish.to : rect.right()});
         plot.loadWindow(rect.left(), rect.right());
     }
     const QRectF shown = withArea(rect);
@@ -47,12 +45,17 @@ bool isPlotFileName(const QString &path) {
 
 QString writePlotFile(const QDataSet &dataSet, const PlotFileWish &wish) {
     makeApplication();
-    TimeSeriesPlot plot(dataSet, QString::fromStdString(wish.leftKeys.front()));
-    for (std::size_t i = 1; i < wish.leftKeys.size(); ++i) {
-        plot.addVariable(QString::fromStdString(wish.leftKeys[i]), TimeSeriesPlot::Side::left);
+    std::vector<std::pair<std::string, TimeSeriesPlot::Side>> variables;
+    for (const std::string &key : wish.leftKeys) {
+        variables.emplace_back(key, TimeSeriesPlot::Side::left);
     }
     for (const std::string &key : wish.rightKeys) {
-        plot.addVariable(QString::fromStdString(key), TimeSeriesPlot::Side::right);
+        variables.emplace_back(key, TimeSeriesPlot::Side::right);
+    }
+    const auto &[firstKey, firstSide] = variables.front();
+    TimeSeriesPlot plot(dataSet, QString::fromStdString(firstKey), nullptr, firstSide);
+    for (std::size_t i = 1; i < variables.size(); ++i) {
+        plot.addVariable(QString::fromStdString(variables[i].first), variables[i].second);
     }
     plot.resize(wish.size);
     show(plot, wish);

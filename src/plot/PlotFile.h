@@ -10,7 +10,7 @@ class QDataSet;
 
 // A picture of some variables, as a plot window shows them.
 struct PlotFileWish {
-    std::vector<std::string> leftKeys; // variable keys for the left axis, at least one, and for the right one
+    std::vector<std::string> leftKeys; // variable keys for the left axis and for the right one, one at least
     std::vector<std::string> rightKeys;
     double from = 0; // UTC seconds, or the whole-range bounds
     double to = 0;

@@ -16,7 +16,8 @@ QImage pictureOf(QwtPlot &plot, const QSize &size, double pixelRatio = 1);
 bool isPictureName(const QString &path);
 
 // Writes the picture in the format that the path's ending names; gives why it could not be written, or an
-// empty text. An earlier file is replaced by the whole picture or stays as it is.
+// empty text. An earlier file is replaced by the whole picture or stays as it is,
+// unless its folder takes no new files: then it is written over.
 QString writePicture(QwtPlot &plot, const QString &path, const QSize &size);
 
 // Draws the plot on the printer's page; gives why that could not be done, or an empty text.

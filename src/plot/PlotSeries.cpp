@@ -15,7 +15,7 @@ std::vector<SeriesRequest> requestsOf(std::span<PlotSeries *const> series) {
 }
 
 SeriesPoints readOne(const QDataSet &dataSet, const SeriesRequest &request, double from, double to) {
-    return std::move(dataSet.seriesOf({request}, from, to).front());
+    return std::move(dataSet.seriesOf({request}, from, to, ShortBlocks::atAFinerLevel).front());
 }
 
 } // namespace
@@ -72,14 +72,16 @@ Extent PlotSeries::loadedRange() const {
 }
 
 void loadEverything(const QDataSet &dataSet, std::span<PlotSeries *const> series) {
-    std::vector<SeriesPoints> points = dataSet.seriesOf(requestsOf(series), wholeRangeStart, wholeRangeEnd);
+    std::vector<SeriesPoints> points =
+        dataSet.seriesOf(requestsOf(series), wholeRangeStart, wholeRangeEnd, ShortBlocks::atAFinerLevel);
     for (std::size_t i = 0; i < series.size(); ++i) {
         series[i]->takeEverything(std::move(points[i]));
     }
 }
 
 void loadWindow(const QDataSet &dataSet, std::span<PlotSeries *const> series, double from, double to) {
-    std::vector<SeriesPoints> points = dataSet.seriesOf(requestsOf(series), from, to);
+    std::vector<SeriesPoints> points =
+        dataSet.seriesOf(requestsOf(series), from, to, ShortBlocks::atAFinerLevel);
     for (std::size_t i = 0; i < series.size(); ++i) {
         series[i]->takeWindow(from, to, std::move(points[i]));
     }

@@ -1,6 +1,7 @@
 #include "plot/TimeSeriesPlot.h"
 
 #include "data/Record.h"
+#include "data/VariableKey.h"
 #include "loading/QDataSet.h"
 #include "plot/CurveColours.h"
 #include "plot/GappedCurve.h"
@@ -54,7 +55,7 @@ QRectF rectOf(const Extent &times, const Extent &values) {
 
 } // namespace
 
-TimeSeriesPlot::TimeSeriesPlot(const QDataSet &dataSet, const QString &key, QWidget *parent)
+TimeSeriesPlot::TimeSeriesPlot(const QDataSet &dataSet, const QString &key, QWidget *parent, Side side)
     : QwtPlot(parent),
       dataSet_(dataSet),
       timezone_(dataSet.timeZoneNameOfKey(keyOf(dataSet, key))),
@@ -65,7 +66,7 @@ TimeSeriesPlot::TimeSeriesPlot(const QDataSet &dataSet, const QString &key, QWid
     setUpAxis(keyOf(dataSet, key));
     legend_->setDefaultItemMode(QwtLegendData::Checkable);
     insertLegend(legend_, TopLegend, -1);
-    addVariable(key, Side::left);
+    addVariable(key, side);
 }
 
 TimeSeriesPlot::~TimeSeriesPlot() {
@@ -94,7 +95,8 @@ void TimeSeriesPlot::addVariable(const QString &key, Side side) {
     for (const Extreme &extreme : extremes) {
         requests.push_back({name, extreme.selector});
     }
-    std::vector<SeriesPoints> points = dataSet_.seriesOf(requests, wholeRangeStart, wholeRangeEnd);
+    std::vector<SeriesPoints> points =
+        dataSet_.seriesOf(requests, wholeRangeStart, wholeRangeEnd, ShortBlocks::atAFinerLevel);
     const auto series = [&](std::size_t index) {
         return std::make_unique<PlotSeries>(dataSet_, requests[index], std::move(points[index]));
     };
@@ -186,16 +188,28 @@ QRectF TimeSeriesPlot::wholeRect() const {
     Extent times = windows(Curves::all);
     Extent values = wholeRange();
     if (times.isEmpty()) {
-        // Points there may be, though none of them can be drawn.
-        for (const auto &[key, entry] : entries_) {
-            if (entry.series->size() > 0) {
-                times.include(entry.series->window());
-            }
-        }
+        times = timesOfData();
     }
     times = times.isEmpty() ? Extent{0, 1} : times;
     values = values.isEmpty() ? Extent{0, 1} : values;
     return rectOf(times, values);
+}
+
+// Where to look when there is no point that can be drawn: at those that cannot, else at the records of the
+// variables' instruments, which may be too few for a single average.
+Extent TimeSeriesPlot::timesOfData() const {
+    Extent ofPoints;
+    Extent ofRecords;
+    for (const auto &[key, entry] : entries_) {
+        if (entry.series->size() > 0) {
+            ofPoints.include(entry.series->window());
+        }
+        const auto parts = splitVariableKey(key.first);
+        if (parts && !entry.series->wholeRange().isEmpty()) {
+            dataSet_.timeRangeOfInstrument(std::string(parts->instrument), ofRecords.low, ofRecords.high);
+        }
+    }
+    return ofPoints.isEmpty() ? ofRecords : ofPoints;
 }
 
 QRectF TimeSeriesPlot::widened(const QRectF &rect) const {
@@ -218,17 +232,23 @@ void TimeSeriesPlot::setLegendChecked(QwtPlotItem &curve, bool checked) {
     }
 }
 
+QRectF withTimes(const QRectF &rect, const Extent &times) {
+    return {times.low, rect.top(), times.width(), rect.height()};
+}
+
+QRectF withValues(const QRectF &rect, const Extent &values) {
+    return {rect.left(), values.low, rect.width(), values.width()};
+}
+
 QRectF withArea(const QRectF &rect) {
     constexpr double halfSecond = 0.5;
     QRectF wide = rect;
     if (!(wide.width() > 0)) {
-        wide.setLeft(rect.left() - halfSecond);
-        wide.setWidth(2 * halfSecond);
+        wide = withTimes(wide, {rect.left() - halfSecond, rect.left() + halfSecond});
     }
     if (!(wide.height() > 0)) {
         const double half = rect.top() == 0 ? 0.5 : std::abs(rect.top()) / 2;
-        wide.setTop(rect.top() - half);
-        wide.setHeight(2 * half);
+        wide = withValues(wide, {rect.top() - half, rect.top() + half});
     }
     return wide;
 }

@@ -26,9 +26,10 @@ public:
     enum class Side { left, right };
     enum class Curves { all, visible };
 
-    // With the values of `key` on the left axis. The time axis shows that variable's time zone. Throws
-    // Timezone::Error when the zone's file has become unreadable.
-    TimeSeriesPlot(const QDataSet &dataSet, const QString &key, QWidget *parent = nullptr);
+    // With the variable `key`, on the left axis unless told otherwise. The time axis shows that variable's
+    // time zone. Throws Timezone::Error when the zone's file has become unreadable.
+    TimeSeriesPlot(const QDataSet &dataSet, const QString &key, QWidget *parent = nullptr,
+                   Side side = Side::left);
     ~TimeSeriesPlot() override;
 
     // Adds the curves of a variable, in the next colour; those of a variable that is there already are
@@ -71,6 +72,7 @@ private:
     void addCurve(std::unique_ptr<PlotSeries> series, const QString &title, const QPen &pen, Side side);
     void removeVariable(const std::string &key);
     std::vector<PlotSeries *> allSeries() const;
+    Extent timesOfData() const;
 
     const QDataSet &dataSet_;
     Timezone timezone_;
@@ -78,6 +80,11 @@ private:
     std::map<EntryKey, Entry> entries_;
     std::uint64_t addedVariables_ = 0;
 };
+
+// `rect` with other times or values. Not by moving one border after the other, for a very large border would
+// swallow the digits of a small one.
+QRectF withTimes(const QRectF &rect, const Extent &times);
+QRectF withValues(const QRectF &rect, const Extent &values);
 
 // A rectangle of no width or height has no scale to draw on: gives it some, around where it lies.
 QRectF withArea(const QRectF &rect);

@@ -22,6 +22,9 @@ ExportProgressDialog::ExportProgressDialog(QWidget *parent, const QDataSet &data
     : QProgressDialog(tr("Exporting file"), tr("Cancel"), 0, 100, parent),
       scale_(scaleOf(dataSet, instrument)) {
     setWindowModality(Qt::WindowModal);
+    // A clock that is set back reaches the end more than once.
+    setAutoReset(false);
+    setAutoClose(false);
     setValue(0);
     QApplication::setOverrideCursor(Qt::BusyCursor);
     QCoreApplication::processEvents();

@@ -60,7 +60,7 @@ private:
     QPushButton *browseButton_;
     QComboBox *fileType_;
     QComboBox *fileSplit_;
-    QGroupBox *timeColumns_;
+    QGroupBox *timeColumns_ = nullptr;
     std::array<QCheckBox *, 6> timeColumnBoxes_{}; // in the order of timeColumnChoices
     QPushButton *cancelButton_;
     QPushButton *exportButton_;

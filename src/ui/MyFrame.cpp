@@ -108,6 +108,7 @@ void MyFrame::connectAll() {
     connect(view_, SIGNAL(SelectionChanged(QModelIndex, QModelIndex)),
             SLOT(OnSelectionChanged(QModelIndex, QModelIndex)));
     connect(&messages_, SIGNAL(Message(const char *)), fileWidget_, SLOT(OnMessage(const char *)));
+    connect(model_, &FileItemModel::rowsInserted, this, [this] { protectedFiles_.reset(); });
     connect(model_, SIGNAL(FileLoaded(QString)), SLOT(OnFileLoaded(QString)));
     connect(model_, SIGNAL(FileRemoved(QString)), SLOT(OnFileRemoved(QString)));
     connect(model_, SIGNAL(PostHandleFileRemoved(QString)), SLOT(OnPostFileRemoved(QString)));
@@ -178,12 +179,15 @@ std::set<std::string> MyFrame::exportableGroups() const {
 }
 
 // Also the files that are still being loaded.
-std::set<std::string> MyFrame::protectedFiles() const {
-    std::set<std::string> files = model_->dataSet()->fileNames();
-    for (const QString &path : model_->paths()) {
-        files.insert(path.toStdString());
+FileNames MyFrame::protectedFiles() {
+    if (!protectedFiles_) {
+        std::set<std::string> files = model_->dataSet()->fileNames();
+        for (const QString &path : model_->paths()) {
+            files.insert(path.toStdString());
+        }
+        protectedFiles_ = std::make_shared<const std::set<std::string>>(std::move(files));
     }
-    return files;
+    return protectedFiles_;
 }
 
 void MyFrame::exportData(int fileType, const std::string &item, const std::string &targetName,
@@ -191,14 +195,22 @@ void MyFrame::exportData(int fileType, const std::string &item, const std::strin
     const auto colon = item.find(':');
     const std::string instrument = item.substr(0, colon);
     ExportSource source = exportSourceOf(*model_->dataSet(), instrument, item.substr(colon + 1));
+    if (source.fragments.empty()) {
+        std::cerr << item + ": No file holds this data\n";
+        return;
+    }
     source.loadedFiles = [this] { return protectedFiles(); };
     isExporting_ = true; // already now: the progress dialog processes events while it is made
-    exportProgress_ = new ExportProgressDialog(this, *model_->dataSet(), instrument);
-    if (!closeAfterExport_) {
-        runExport(source, {exportFormatOf(fileType), targetName, timeColumns_, splitPeriod},
-                  *exportProgress_);
+    try {
+        ExportProgressDialog progress(this, *model_->dataSet(), instrument);
+        exportProgress_ = &progress;
+        if (!closeAfterExport_) {
+            runExport(source, {exportFormatOf(fileType), targetName, timeColumns_, splitPeriod}, progress);
+        }
+    } catch (const std::exception &error) {
+        // Out of memory, most likely: the program goes on with what it has.
+        std::cerr << targetName + ": The export failed: " + error.what() + '\n';
     }
-    delete exportProgress_;
     isExporting_ = false;
     if (closeAfterExport_) {
         closeAfterExport_ = false;
@@ -230,6 +242,7 @@ void MyFrame::OnHelp() {
 void MyFrame::OnSelectionChanged(const QModelIndex &, const QModelIndex &) {}
 
 void MyFrame::OnFileLoaded(const QString &) {
+    protectedFiles_.reset();
     updateExportButton();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "export/LoadedFileGuard.h"
 #include "loading/messagebuf.h"
 #include "ui/StreamRedirection.h"
 
@@ -66,7 +67,7 @@ private:
     void connectAll();
     void updateExportButton();
     std::set<std::string> exportableGroups() const;
-    std::set<std::string> protectedFiles() const;
+    FileNames protectedFiles();
     void exportData(int fileType, const std::string &item, const std::string &targetName,
                     std::int32_t splitPeriod);
 
@@ -83,6 +84,7 @@ private:
     QPushButton *helpButton_;
     QPushButton *closeButton_;
     ExportWhatDialog *exportDialog_ = nullptr; // made at the first export
+    FileNames protectedFiles_;                 // null when they have changed
     bool isExporting_ = false;
     QPointer<ExportProgressDialog> exportProgress_; // of the export that runs
     bool closeAfterExport_ = false;

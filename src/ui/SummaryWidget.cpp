@@ -23,6 +23,7 @@ SummaryWidget::SummaryWidget(QWidget *parent, QDataSet *dataSet)
       shownRevision_(dataSet->variableKeysRevision()) {
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(table_);
+    table_->viewport()->installEventFilter(this);
     table_->showVariables(dataSet_->variableKeys());
 
     later_.setSingleShot(true);
@@ -58,6 +59,13 @@ void SummaryWidget::rebuild() {
     lastCost_ = timer.elapsed();
 }
 
+bool SummaryWidget::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::MouseButtonPress) {
+        pressedKey_.clear();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
 QString SummaryWidget::keyOfCell(int row, int column) const {
     const QTableWidgetItem *item = table_->item(row, column);
     return item != nullptr ? item->data(Qt::UserRole).toString() : QStringLiteral("NONE");
@@ -79,7 +87,7 @@ void SummaryWidget::OnCellDoubleClicked(int row, int column) {
 
 // A short jitter during a double-click must not start a drag, hence three times the usual distance.
 void SummaryWidget::OnCellMouseMoved(QMouseEvent *event) {
-    if ((event->buttons() & Qt::LeftButton) == 0) {
+    if ((event->buttons() & Qt::LeftButton) == 0 || pressedKey_.isEmpty()) {
         return;
     }
     const QPoint way = event->screenPos().toPoint() - pressedAt_;

@@ -30,6 +30,11 @@ public Q_SLOTS:
     // While a variable is dragged over `target`; changes nothing.
     void OnTargetChanged(QWidget *target);
 
+protected:
+    // Of the table's cells: forgets the cell that was pressed before, for a press beside them gives no
+    // signal.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private Q_SLOTS:
     void rebuild();
 

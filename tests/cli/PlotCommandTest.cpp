@@ -139,6 +139,23 @@ TEST(PlotCommand, AnUnknownVariableIsNamedAndTheOthersAreDrawn) {
     EXPECT_GT(columnsWith(QImage(QString::fromStdString(path)), Qt::red), 1000);
 }
 
+TEST(PlotCommand, AVariableOnTheRightAxisIsDrawnWithoutOneOnTheLeft) {
+    const TemporaryFolder folder;
+    const std::string path = folder.path() + "/plot.png";
+    const CliResult result = plot({"--variable", "a:b:c", "--right", pressure, "--output", path, examples});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_GT(columnsWith(QImage(QString::fromStdString(path)), Qt::red), 1000);
+}
+
+TEST(PlotCommand, OneEndOfTheWindowIsEnough) {
+    const TemporaryFolder folder;
+    for (const char *option : {"--from", "--to"}) {
+        const std::string path = folder.path() + "/plot.png";
+        EXPECT_EQ(plot({"--variable", gas, option, "1559414000", "--output", path, examples}).status, 0);
+        EXPECT_GT(columnsWith(QImage(QString::fromStdString(path)), Qt::red), 1000) << option;
+    }
+}
+
 TEST(PlotCommand, WithoutAnyKnownVariableNothingIsWritten) {
     const TemporaryFolder folder;
     const std::string path = folder.path() + "/plot.png";
@@ -182,6 +199,7 @@ TEST(PlotCommand, WrongUsageNamesTheOption) {
         {{"--variable", "k", "--output", "p.png", "--size", "-5x800", "a"}, "--size"},
         {{"--variable", "k", "--output", "p.png", "--from", "nan", "a"}, "--from"},
         {{"--variable", "k", "--output", "p.png", "--from", "20", "--to", "20", "a"}, "--from"},
+        {{"--variable", "k", "--output", "\xff.png", "a"}, "--output"},
         {{"--variable", "k", "--output", "p.png"}, "FILE"},
     };
     for (const auto &[arguments, named] : rows) {

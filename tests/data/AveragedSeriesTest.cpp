@@ -4,6 +4,7 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <limits>
 #include <vector>
 
 namespace {
@@ -32,9 +33,9 @@ TEST(AveragedSeries, KeepsAverageMinimumAndMaximumOfEveryColumnOfAPeriod) {
     series.append(60, periodOf({{1, -10}, {2, 30}}));
     series.append(120, periodOf({{5, 6}}));
     ASSERT_EQ(series.size(), 2U);
-    EXPECT_TRUE(sameNumbers(series.values(Statistic::average, 0), std::array{1.5, 10.0}));
-    EXPECT_TRUE(sameNumbers(series.values(Statistic::minimum, 0), std::array{1.0, -10.0}));
-    EXPECT_TRUE(sameNumbers(series.values(Statistic::maximum, 0), std::array{2.0, 30.0}));
+    EXPECT_TRUE(sameNumbers(periodOf(series, Statistic::average, 0, 2), std::array{1.5, 10.0}));
+    EXPECT_TRUE(sameNumbers(periodOf(series, Statistic::minimum, 0, 2), std::array{1.0, -10.0}));
+    EXPECT_TRUE(sameNumbers(periodOf(series, Statistic::maximum, 0, 2), std::array{2.0, 30.0}));
     for (const Statistic statistic : {Statistic::average, Statistic::minimum, Statistic::maximum}) {
         EXPECT_EQ(series.value(statistic, 1, 0), 5);
         EXPECT_EQ(series.value(statistic, 1, 1), 6);
@@ -73,4 +74,46 @@ TEST(AveragedSeries, GivingSpareMemoryBackKeepsEverything) {
     series.releaseSpareMemory();
     ASSERT_EQ(series.size(), 1U);
     EXPECT_EQ(series.value(Statistic::average, 0, 0), 1);
+}
+
+namespace {
+
+// What the accumulator has, is what the series gives.
+void expectKept(const std::vector<std::vector<std::vector<double>>> &periods) {
+    AveragedSeries series;
+    const std::size_t columns = periods.front().front().size();
+    series.setColumns(columns);
+    for (const auto &rows : periods) {
+        series.append(60, periodOf(rows));
+    }
+    series.releaseSpareMemory();
+    for (std::size_t i = 0; i < periods.size(); ++i) {
+        const Accumulator period = periodOf(periods[i]);
+        EXPECT_TRUE(sameNumbers(periodOf(series, Statistic::maximum, i, columns), period.maxima())) << i;
+        EXPECT_TRUE(sameNumbers(periodOf(series, Statistic::minimum, i, columns), period.minima())) << i;
+    }
+}
+
+} // namespace
+
+TEST(AveragedSeries, ExtremesOfSinglePrecisionValuesAreExact) {
+    const double third = 1.0F / 3.0F;
+    const double tiny = std::numeric_limits<float>::denorm_min();
+    const double infinity = std::numeric_limits<double>::infinity();
+    expectKept(
+        {{{third, -0.0, tiny}, {-third, 0.0, 3.4028234663852886e38}}, {{infinity, -infinity, 1e-30F}}});
+}
+
+TEST(AveragedSeries, AColumnWithoutANumberKeepsTheStartsOfItsExtremes) {
+    const double missing = std::numeric_limits<double>::quiet_NaN();
+    expectKept({{{1, missing}}, {{missing, 2}, {3, missing}}});
+}
+
+TEST(AveragedSeries, DiagnosticWordsBeyondSinglePrecisionAreExact) {
+    const double word = 4294967295.0;
+    const double missing = std::numeric_limits<double>::quiet_NaN();
+    expectKept({{{1, missing}, {2, missing}}, {{16777217, 5}, {word, 6}}, {{7, 8}}});
+    expectKept({{{word, 1}}, {{1, word}}});
+    // Only the minimum does not fit.
+    expectKept({{{16777217, 1}, {16777218, 1}}, {{1, 1}}});
 }

@@ -163,10 +163,14 @@ testing::AssertionResult ReferenceFragment::seriesAreMatchedBy(const DataFragmen
                << series.size() << " periods of " << lengths[level] << " s instead of " << expected.size();
     }
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        for (const auto &result : {sameStamps(series.stamps()[i], expected[i].stamp),
-                                   sameNumbers(series.values(Statistic::average, i), expected[i].averages),
-                                   sameNumbers(series.values(Statistic::minimum, i), expected[i].minima),
-                                   sameNumbers(series.values(Statistic::maximum, i), expected[i].maxima)}) {
+        for (const auto &result :
+             {sameStamps(series.stamps()[i], expected[i].stamp),
+              sameNumbers(periodOf(series, Statistic::average, i, expected[i].averages.size()),
+                          expected[i].averages),
+              sameNumbers(periodOf(series, Statistic::minimum, i, expected[i].minima.size()),
+                          expected[i].minima),
+              sameNumbers(periodOf(series, Statistic::maximum, i, expected[i].maxima.size()),
+                          expected[i].maxima)}) {
             if (!result) {
                 return testing::AssertionFailure()
                        << "period " << i << " of " << lengths[level] << " s: " << result.message();

@@ -82,6 +82,27 @@ TEST_F(ExportToOneFile, NamesAreThoseOfTheFirstFragmentAndARemarkSaysThatOthersD
     EXPECT_TRUE(progress_.failures.empty());
 }
 
+// The records are written whole, but each is as long as its own block's.
+TEST_F(ExportToOneFile, ATob1FileOfRecordsOfChangingLengthIsAFailure) {
+    loadText("DATAH\tSECONDS\tA\tB\nDATA\t1000\t1\t2\nDATAH\tSECONDS\tC\nDATA\t2000\t3\n");
+    run(requestFor("out.tob1", 0, ExportFormat::tob1));
+    ASSERT_EQ(progress_.failures.size(), 1U);
+    EXPECT_TRUE(
+        progress_.failures[0].starts_with(folder_.pathOf("out.tob1") + ": The number of columns changed"));
+    EXPECT_GT(read("out.tob1").size(), 100U);
+}
+
+TEST_F(ExportToOneFile, ASourceThatWasRemovedMeanwhileIsNotWrittenTo) {
+    load(records(1000, 3));
+    const std::string before = read("a.data");
+    ExportSource source = exportSourceOf(data_, "Q", "DATA");
+    data_.removeFile(folder_.pathOf("a.data"));
+    runExport(source, requestFor("a.data"), progress_);
+    EXPECT_EQ(read("a.data"), before);
+    ASSERT_EQ(progress_.failures.size(), 1U);
+    EXPECT_NE(progress_.failures[0].find("would replace"), std::string::npos);
+}
+
 TEST_F(ExportToOneFile, ReadsOnWhileItsFilesAreRemovedAndOthersAdded) {
     load(records(1000, 1500));
     load(records(5000, 600), "UTC", "b.data");

@@ -112,7 +112,7 @@ TEST(ExportNames, TheProposedNameIsTheDatasInTheCurrentFolder) {
         // A "/" anywhere wins over a later "\".
         {"Q:D", "C:/out\\x", "C:/q-d.txt"},
         {"Q:D.TXT", "ab/x", "ab/q-d.txt"},
-        {"\xc3\x84:D", "", "\xc3\x84-d.txt"},
+        {"\xc3\x84:D", "", "\xc3\xa4-d.txt"},
     };
     for (const ProposalRow &row : rows) {
         EXPECT_EQ(proposedName(row.item, row.current, ".txt"), row.proposed);

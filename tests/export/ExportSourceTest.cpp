@@ -15,7 +15,8 @@ TEST_F(ExportSources, HoldWhatTheFirstFragmentOfTheDataSays) {
     EXPECT_EQ(all.units, (std::vector<std::string>{"C", "DIAG", "BOOL"}));
     EXPECT_EQ(all.diagnosticNames, std::vector<std::string>{"NOSIGNAL"});
     EXPECT_EQ(all.softwareVersion, "8.3");
-    EXPECT_EQ(all.loadedFiles(), (std::set<std::string>{folder_.pathOf("a.data"), folder_.pathOf("b.data")}));
+    EXPECT_EQ(*all.loadedFiles(),
+              (std::set<std::string>{folder_.pathOf("a.data"), folder_.pathOf("b.data")}));
 }
 
 TEST_F(ExportSources, AreEmptyForDataThatIsNotLoaded) {
@@ -29,7 +30,7 @@ TEST_F(ExportSources, MayBeTheViewersDataSet) {
     const QDataSet owner;
     const ExportSource none = exportSourceOf(owner, "Q", "DATA");
     EXPECT_TRUE(none.fragments.empty());
-    EXPECT_TRUE(none.loadedFiles().empty());
+    EXPECT_TRUE(none.loadedFiles()->empty());
     runExport(none, requestFor("out.txt"), progress_);
     EXPECT_EQ(read("out.txt"), "");
 }

@@ -9,13 +9,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
+FileNames only(const std::string &name) {
+    return std::make_shared<const std::set<std::string>>(std::set<std::string>{name});
+}
+
 class LoadedFiles : public testing::Test {
 protected:
     LoadedFiles() : loaded_(folder_.write("a.data", "a")) {}
 
     ScratchFolder folder_;
     std::string loaded_;
-    LoadedFileGuard guard_{[this] { return std::set<std::string>{loaded_}; }};
+    LoadedFileGuard guard_{[this] { return only(loaded_); }};
 };
 
 TEST_F(LoadedFiles, AreKnownByTheirPaths) {
@@ -45,7 +49,7 @@ TEST_F(LoadedFiles, AreKnownThroughHardLinks) {
 
 TEST_F(LoadedFiles, ThatWereLoadedThroughALinkAreKnownToo) {
     fs::create_symlink(loaded_, folder_.pathOf("link"));
-    LoadedFileGuard guard([this] { return std::set<std::string>{folder_.pathOf("link")}; });
+    LoadedFileGuard guard([this] { return only(folder_.pathOf("link")); });
     EXPECT_TRUE(guard.isLoaded(loaded_));
 }
 
@@ -62,7 +66,19 @@ TEST_F(LoadedFiles, ThatAreLoadedLaterCountFromThenOn) {
     EXPECT_FALSE(guard_.isLoaded(later));
     loaded_ = later;
     EXPECT_TRUE(guard_.isLoaded(later));
-    EXPECT_FALSE(guard_.isLoaded(folder_.pathOf("a.data")));
+}
+
+TEST_F(LoadedFiles, StayGuardedWhenTheyAreLoadedNoMore) {
+    EXPECT_TRUE(guard_.isLoaded(loaded_));
+    const std::string before = loaded_;
+    loaded_ = folder_.write("b.data", "b");
+    EXPECT_TRUE(guard_.isLoaded(before));
+}
+
+TEST_F(LoadedFiles, AreNotTheOnlyOnesThatCanBeGuarded) {
+    const std::string other = folder_.write("b.data", "b");
+    guard_.protect(other);
+    EXPECT_TRUE(guard_.isLoaded(other));
 }
 
 } // namespace

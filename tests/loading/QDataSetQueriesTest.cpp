@@ -95,6 +95,13 @@ void QDataSetQueriesTest::queriesGiveWhatTheDataSetGives() {
     set.series(key, "", 1600000000, 1600000100, times, values);
     QCOMPARE(times, std::vector<double>{1600000000});
     QCOMPARE(values, std::vector<double>{1.5});
+    const auto several =
+        set.seriesOf({{key, ""}, {"QA330:DATASTAT:TEMP (C)", "max"}}, 1600000000, 1600000100);
+    QCOMPARE(several.size(), std::size_t{2});
+    QCOMPARE(*several[0].times, times);
+    QCOMPARE(*several[0].values, values);
+    QCOMPARE(*several[1].times, std::vector<double>{1600000001});
+    QCOMPARE(*several[1].values, std::vector<double>{20});
 
     const std::uint64_t revision = set.variableKeysRevision();
     scene.set.RemoveFile(path);

@@ -3,10 +3,25 @@
 
 #include <QDoubleValidator>
 #include <QHBoxLayout>
+#include <qwt_scale_draw.h>
 
 namespace {
 
 const QString key = "GA:DATA:X";
+
+// The texts at the major ticks of the time axis as they are drawn; asking for a label anew would change it.
+QStringList drawnLabels(const QwtPlot &plot) {
+    struct Reachable : QwtScaleDraw {
+        using QwtScaleDraw::tickLabel;
+    };
+    const auto tickLabel = &Reachable::tickLabel;
+    const QwtScaleDraw *axis = plot.axisScaleDraw(QwtPlot::xBottom);
+    QStringList texts;
+    for (const double tick : axis->scaleDiv().ticks(QwtScaleDiv::MajorTick)) {
+        texts += (axis->*tickLabel)(plot.axisFont(QwtPlot::xBottom), tick).text();
+    }
+    return texts;
+}
 
 QStringList namesOf(const QLayout &row) {
     QStringList names;
@@ -162,6 +177,15 @@ private Q_SLOTS:
         QCOMPARE(window.stack(),
                  (QVector<QRectF>{QRectF(series.times().front(), 0,
                                          series.times().back() - series.times().front(), 7105)}));
+    }
+
+    void theFirstLabelOfTheTimeAxisHasTheDateAndTheOthersHaveNone() {
+        data_->add({"HOUR", "X", 3600, [](int i) { return std::to_string(i); }});
+        PlotWindow window(*data_, "HOUR:DATA:X");
+        QVERIFY(window.show());
+        QVERIFY(window.dialog().grab().width() > 0);
+        QCOMPARE(drawnLabels(window.plot()),
+                 (QStringList{"12:30\nSep 13\n2020", "12:45\n", "13:00\n", "13:15\n"}));
     }
 
     void theEditsShowTheRangeOfTheBase() {

@@ -1,3 +1,4 @@
+#include "plot/PlotPixels.h"
 #include "plot/PlotWindow.h"
 
 #include <QSignalSpy>
@@ -78,6 +79,23 @@ private Q_SLOTS:
             QCOMPARE(window_->curve("GA:DATA:Z", selector).pen().color(), QColor(Qt::magenta));
             QVERIFY(window_->label(window_->curve("GA:DATA:Z", selector)).isChecked());
         }
+    }
+
+    void theNewCurvesAreDrawnAtOnce() {
+        QVERIFY(window_->show());
+        const auto isInked = [this](const QColor &colour) {
+            return !inkedColumns(window_->canvas().grab().toImage(), colour).isEmpty();
+        };
+        QVERIFY(isInked(Qt::red));
+        QVERIFY(window_->drop(within));
+        QVERIFY(isInked(Qt::blue));
+        QVERIFY(window_->drop(falling));
+        QVERIFY(isInked(Qt::magenta));
+        window_->zoom(start + 10, start + 20, 0, 50);
+        QVERIFY(window_->drop(later, Side::right));
+        QVERIFY(window_->drop("GB:DATA:Y"));
+        window_->previous().click();
+        QVERIFY(isInked(Qt::darkYellow) && isInked(Qt::black));
     }
 
     void theEleventhVariableAddedGetsRedAgain() {

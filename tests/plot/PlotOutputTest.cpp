@@ -164,6 +164,49 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(scene.files.path("day.1.pdf")));
     }
 
+    void anEndingThatIsAddedReplacesNothingUnasked() {
+        const Scene scene;
+        const QString path = scene.files.write("day.png", "before");
+        for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+            QObject context;
+            onNextDialog(&context, [&](QDialog *shown) {
+                shown->findChild<QLineEdit *>("fileNameEdit")->setText(scene.files.path("day"));
+                onNextDialog(&context, [answer](QDialog *box) {
+                    qobject_cast<QMessageBox *>(box)->button(answer)->click();
+                });
+                QMetaObject::invokeMethod(shown, "accept");
+            });
+            QMetaObject::invokeMethod(scene.dialog.get(), "savePicture");
+            QCOMPARE(QFileInfo(path).size() > 1000, answer == QMessageBox::Yes);
+        }
+    }
+
+    void aLoadedFileIsNoPicture() {
+        Scene scene;
+        const QString path = scene.files.writeData("loaded.png", "QA330", "CH4");
+        QSignalSpy loaded(&scene.dataSet, SIGNAL(FileLoaded(QString)));
+        scene.dataSet.AddFile(path);
+        QVERIFY(loaded.wait());
+        const qint64 size = QFileInfo(path).size();
+        QString told;
+        QObject context;
+        onNextDialog(&context, [&](QDialog *shown) {
+            // Both the question whether to replace it and the refusal follow.
+            onNextDialog(&context, [&](QDialog *question) {
+                onNextDialog(&context, [&told](QDialog *box) {
+                    told = qobject_cast<QMessageBox *>(box)->text();
+                    box->accept();
+                });
+                qobject_cast<QMessageBox *>(question)->button(QMessageBox::Yes)->click();
+            });
+            shown->findChild<QLineEdit *>("fileNameEdit")->setText(path);
+            QMetaObject::invokeMethod(shown, "accept");
+        });
+        QMetaObject::invokeMethod(scene.dialog.get(), "savePicture");
+        QVERIFY2(told.contains("is loaded"), qPrintable(told));
+        QCOMPARE(QFileInfo(path).size(), size);
+    }
+
     void whatCannotBeSavedIsSaid() {
         const Scene scene;
         const QString path = scene.files.path("folder.png");

@@ -83,6 +83,14 @@ private Q_SLOTS:
         QVERIFY(zoomed.isEmpty());
     }
 
+    void aNewHistoryEndsTheAxesOwnScalingEvenWhenTheyShowTheBaseAlready() {
+        QwtPlot plot;
+        ReachableZoomer zoomer(plot.canvas(), zoneNamed("UTC"));
+        zoomer.restart(zoomer.zoomRect());
+        QVERIFY(!plot.axisAutoScale(QwtPlot::xBottom));
+        QVERIFY(!plot.axisAutoScale(QwtPlot::yLeft));
+    }
+
     void aNewHistoryForgetsTheOldOne() {
         ZoomedPlot plot;
         plot.zoomer.zoom(inner);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/AveragedSeries.h"
 #include "data/Record.h"
 
 #include <cstddef>
@@ -43,6 +44,16 @@ inline testing::AssertionResult sameStamps(const RecordStamp &actual, const Reco
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << "got      " << actual << "\nexpected " << expected;
+}
+
+// The values of one period of a series, one for each column.
+inline std::vector<double> periodOf(const AveragedSeries &series, Statistic statistic, std::size_t index,
+                                    std::size_t columns) {
+    std::vector<double> values;
+    for (std::size_t column = 0; column < columns; ++column) {
+        values.push_back(series.value(statistic, index, column));
+    }
+    return values;
 }
 
 inline testing::AssertionResult sameNumbers(std::span<const double> actual,

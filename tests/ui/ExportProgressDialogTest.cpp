@@ -47,7 +47,6 @@ private Q_SLOTS:
 
     void theValueIsZeroAtTheEarliestAndAHundredAtTheLatestTime() {
         const Scene scene(101);
-        scene.dialog->setAutoReset(false); // which begins anew at the end
         scene.dialog->showTime(1600000000);
         QCOMPARE(scene.dialog->value(), 0);
         scene.dialog->showTime(1600000050.9);
@@ -56,9 +55,18 @@ private Q_SLOTS:
         QCOMPARE(scene.dialog->value(), 100);
     }
 
+    // A clock that ran ahead within the file was set back.
+    void timesBeyondTheLatestAreAHundredAndCancellingGoesOn() {
+        const Scene scene(101);
+        scene.dialog->showTime(1600000500);
+        QCOMPARE(scene.dialog->value(), 100);
+        scene.dialog->cancel();
+        scene.dialog->showTime(1600000501);
+        QVERIFY(scene.dialog->isCancelled());
+    }
+
     void dataOfNoTimeShowZeroUntilTheEnd() {
         const Scene scene(1);
-        scene.dialog->setAutoReset(false);
         scene.dialog->showTime(1600000000);
         QCOMPARE(scene.dialog->value(), 0);
         scene.dialog->showEnd();

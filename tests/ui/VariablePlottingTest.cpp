@@ -14,11 +14,11 @@
 #include <QPointer>
 #include <QSignalSpy>
 #include <QtTest>
+#include <qwt_plot.h>
+#include <qwt_plot_item.h>
 
 #include <iostream>
 #include <sstream>
-#include <qwt_plot.h>
-#include <qwt_plot_item.h>
 
 namespace {
 
@@ -177,6 +177,18 @@ private Q_SLOTS:
         QVERIFY(scene.drag() == nullptr);
         scene.move(QPointF(enough - 0.4, 0));
         QVERIFY(scene.drag() != nullptr);
+    }
+
+    void aPressBesideTheCellsDragsNothing() {
+        Scene scene;
+        scene.move(QPointF(500, 0)); // nothing was pressed yet
+        QVERIFY(scene.drag() == nullptr);
+        scene.press(1, 0);
+        const QRect viewport = scene.table()->viewport()->rect();
+        QVERIFY(!scene.table()->indexAt(viewport.bottomRight()).isValid());
+        QTest::mousePress(scene.table()->viewport(), Qt::LeftButton, {}, viewport.bottomRight());
+        scene.move(QPointF(500, 0));
+        QVERIFY(scene.drag() == nullptr);
     }
 
     void onlyTheLeftButtonDrags() {
