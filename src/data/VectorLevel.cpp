@@ -3,6 +3,8 @@
 #include "data/RecordKernels.h"
 
 #include <atomic>
+#include <cstdlib>
+#include <string_view>
 
 namespace {
 
@@ -37,13 +39,14 @@ const RecordKernels *kernelsOf(VectorLevel level) {
     return plainKernels();
 }
 
+// FVQA_VECTOR_BITS may ask for fewer bits than the processor has, so that the levels can be compared.
 VectorLevel highestLevel() {
-    for (const VectorLevel level : {VectorLevel::bits256, VectorLevel::bits128}) {
-        if (isAvailable(level)) {
-            return level;
-        }
+    const char *const wish = std::getenv("FVQA_VECTOR_BITS"); // NOLINT(concurrency-mt-unsafe): nobody sets it
+    const std::string_view bits = wish != nullptr ? wish : "256";
+    if (bits == "256" && isAvailable(VectorLevel::bits256)) {
+        return VectorLevel::bits256;
     }
-    return VectorLevel::plain;
+    return bits != "0" && isAvailable(VectorLevel::bits128) ? VectorLevel::bits128 : VectorLevel::plain;
 }
 
 struct Choice {

@@ -9,7 +9,8 @@ enum class VectorLevel : std::uint8_t { plain, bits128, bits256 };
 // Whether this processor, and this build, can work at `level`.
 bool isAvailable(VectorLevel level);
 
-// The highest level available, unless another one was asked for.
+// The highest level available, unless another one was asked for, by useVectorLevel() or by the environment
+// variable FVQA_VECTOR_BITS (0, 128 or 256).
 VectorLevel vectorLevel();
 
 // For tests and benchmarks: works at `level`, which is available, in the whole process from now on.
