@@ -107,18 +107,31 @@ inline std::uint32_t readEight(const char *from, const std::int32_t *ends, std::
 // like one with a point there: the sum of belowPoint over 256 is 7 for both.
 inline constexpr float divisorsByPlace[] = {1e7F, 1e6F, 1e5F, 1e4F, 1e3F, 1e2F, 1e1F, 1e0F};
 
+// Converts fewer than eight fields, together with some that have no length.
+template <typename Vector>
+std::uint64_t convertFew(const char *from, const FieldEnds &fields, std::uint32_t count, double *values) {
+    std::int32_t ends[9];
+    for (std::uint32_t i = 0; i < 9; ++i) {
+        ends[i] = fields.ends[i < count ? i : count];
+    }
+    std::int32_t digits[8];
+    std::uint32_t divisors[8];
+    const std::uint32_t leftOut = readEight<Vector>(from, ends, digits, divisors);
+    double converted[8];
+    Vector::divideEight(digits, divisors, converted);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        values[i] = converted[i];
+    }
+    return leftOut & ((1U << count) - 1);
+}
+
 template <typename Vector>
 std::uint64_t convertFields(const char *from, const FieldEnds &fields, std::uint32_t count, double *values) {
     constexpr std::uint32_t atOnce = 8;
-    std::uint64_t leftOut = 0;
     if (count < atOnce) {
-        for (std::uint32_t i = 0; i < count; ++i) {
-            const bool isLeftOut =
-                !convertPlainField(from + fields.ends[i] + 1, from + fields.ends[i + 1], values[i]);
-            leftOut |= std::uint64_t{isLeftOut} << i;
-        }
-        return leftOut;
+        return convertFew<Vector>(from, fields, count, values);
     }
+    std::uint64_t leftOut = 0;
     // The last eight are taken together with some that were read already.
     const auto firstOf = [count](std::uint32_t i) { return i < count - atOnce ? i : count - atOnce; };
     Quotients quotients;
