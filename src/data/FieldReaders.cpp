@@ -158,6 +158,7 @@ void skipField(TextCursor &cursor) {
 
 void noteRuns(std::vector<FieldReader> &readers) {
     std::uint32_t run = 0;
+    // NOLINTNEXTLINE(modernize-loop-convert): backwards
     for (auto reader = readers.rbegin(); reader != readers.rend(); ++reader) {
         run = reader->kind == FieldReader::Kind::value ? run + 1 : 0;
         if (run > 0) {

@@ -41,7 +41,7 @@ struct Taken {
 Taken takeFields(TextCursor &cursor, const char *begin, std::uint32_t count, double *values) {
     const RecordKernels &kernels = recordKernels();
     const char *const from = cursor.at + (cursor.at != cursor.end && *cursor.at == '\t' ? 1 : 0);
-    FieldEnds fields;
+    FieldEnds fields; // NOLINT(cppcoreguidelines-pro-type-member-init): findFields fills it
     const std::uint32_t found =
         kernels.findFields(begin, from, cursor.end, std::min(count, FieldEnds::most), fields);
     std::uint64_t leftOut = kernels.convertFields(from, fields, found, values);

@@ -26,7 +26,7 @@ inline std::uint32_t appendEnds(std::uint64_t tabs, std::int32_t at, std::uint32
     for (int i = 0; i < unasked; ++i) {
         append();
     }
-    while (tabs != 0) {
+    while (tabs != 0) { // NOLINT(bugprone-infinite-loop): append() takes one off
         append();
     }
     return count + found;
@@ -134,7 +134,7 @@ std::uint64_t convertFields(const char *from, const FieldEnds &fields, std::uint
     std::uint64_t leftOut = 0;
     // The last eight are taken together with some that were read already.
     const auto firstOf = [count](std::uint32_t i) { return i < count - atOnce ? i : count - atOnce; };
-    Quotients quotients;
+    Quotients quotients; // NOLINT(cppcoreguidelines-pro-type-member-init): readEight fills it
     for (std::uint32_t i = 0; i < count; i += atOnce) {
         const std::uint32_t first = firstOf(i);
         leftOut |= std::uint64_t{readEight<Vector>(from, fields.ends + first, quotients.digits + first,
