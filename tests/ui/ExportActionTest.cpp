@@ -56,8 +56,8 @@ QByteArray contentOf(const QString &path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// True when some of the export is in the file, and not all.
-bool isHalfWritten(const QString &path) {
+// An export writes in large blocks: when the first is in the file, it runs.
+bool hasBegun(const QString &path) {
     return QFileInfo(path).size() > 0;
 }
 
@@ -203,7 +203,7 @@ private Q_SLOTS:
         const QString path = scene.files.path("out.txt");
         QObject context;
         whenever(&context, [&] {
-            if (!isHalfWritten(path)) {
+            if (!hasBegun(path)) {
                 return false;
             }
             scene.window.frame->findChild<ExportProgressDialog *>()->cancel();
@@ -239,7 +239,7 @@ private Q_SLOTS:
         const QString path = scene.files.path("out.txt");
         QObject context;
         whenever(&context, [&] {
-            if (!isHalfWritten(path)) {
+            if (!hasBegun(path)) {
                 return false;
             }
             scene.window.frame->AddFiles({second});
@@ -290,7 +290,7 @@ private Q_SLOTS:
             shown->accept();
         });
         whenever(&context, [&] {
-            if (!isHalfWritten(path)) {
+            if (!hasBegun(path)) {
                 return false;
             }
             closedAtOnce = window.close();
