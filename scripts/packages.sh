@@ -14,6 +14,9 @@ test_packages=(
     xvfb xauth fonts-dejavu-core # for tests that open windows
 )
 
+# What only scripts/test --slow needs.
+slow_test_packages=()
+
 benchmark_packages=(libbenchmark-dev)
 
 # What scripts/bench runs and compares with.
