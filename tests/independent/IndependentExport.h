@@ -19,7 +19,6 @@ struct IndependentRequest {
 
 // The bytes of each file that an export writes, by its path. Worked out from the blocks of all loaded files.
 using ExportedFiles = std::map<std::string, std::string>;
-using IndependentBlocks = std::vector<std::shared_ptr<IndependentBlock>>;
 
 ExportedFiles independentText(const IndependentBlocks &blocks, const IndependentRequest &request);
 ExportedFiles independentTob1(const IndependentBlocks &blocks, const IndependentRequest &request);

@@ -167,9 +167,8 @@ void IndependentReader::setUp(IndependentBlock &block) const {
     }
 }
 
-std::vector<std::shared_ptr<IndependentBlock>> readIndependently(const std::vector<std::string> &paths,
-                                                                 const std::string &zoneDirectory) {
-    std::vector<std::shared_ptr<IndependentBlock>> blocks;
+IndependentBlocks readIndependently(const std::vector<std::string> &paths, const std::string &zoneDirectory) {
+    IndependentBlocks blocks;
     for (const std::string &path : paths) {
         IndependentReader reader(path, zoneDirectory);
         const std::string bytes = bytesOfFile(path);

@@ -46,13 +46,15 @@ struct IndependentBlock {
     double firstTime() const;
 };
 
+using IndependentBlocks = std::vector<std::shared_ptr<IndependentBlock>>;
+
 // Reads the lines of one file, that is of all its members.
 class IndependentReader {
 public:
     IndependentReader(const std::string &path, std::string zoneDirectory);
 
     void read(const std::string &line);
-    const std::vector<std::shared_ptr<IndependentBlock>> &blocks() const { return blocks_; }
+    const IndependentBlocks &blocks() const { return blocks_; }
 
 private:
     bool readHeader(const std::string &line);
@@ -65,7 +67,7 @@ private:
     std::string softwareVersion_ = "Unknown";
     std::string timezone_ = "Unknown";
     std::vector<std::string> diagnosticNames_;
-    std::vector<std::shared_ptr<IndependentBlock>> blocks_;
+    IndependentBlocks blocks_;
     std::map<std::string, std::shared_ptr<IndependentBlock>> current_; // by tag
 };
 
@@ -73,5 +75,4 @@ private:
 std::optional<IndependentRecord> readIndependentRecord(IndependentBlock &block, const std::string &fields);
 
 // The blocks with records of all files, as the programs order them.
-std::vector<std::shared_ptr<IndependentBlock>> readIndependently(const std::vector<std::string> &paths,
-                                                                 const std::string &zoneDirectory);
+IndependentBlocks readIndependently(const std::vector<std::string> &paths, const std::string &zoneDirectory);
