@@ -71,6 +71,7 @@ void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::s
         startPeriods(record.seconds);
     }
     lastTime_ = timeOf(record);
+    latestTime_ = std::max(latestTime_, lastTime_);
     if (firstTime_ == 0) {
         firstTime_ = lastTime_;
     }
@@ -172,10 +173,6 @@ void DataFragment::finishLoading() {
     for (AveragedSeries &series : series_) {
         series.releaseSpareMemory();
     }
-}
-
-double DataFragment::latestTime() const {
-    return recordCount_ == 0 ? 0 : timeOf(maximum_);
 }
 
 std::ptrdiff_t DataFragment::valueIndex(std::string_view name) const {

@@ -51,7 +51,7 @@ TimeValue elapsed(const RecordStamp &start, const RecordStamp &stamp) {
         return std::int64_t{time.seconds} * nanosecondsPerSecond + std::int64_t{time.nanoseconds};
     };
     const std::int64_t nanoseconds = nanosecondsOf(stamp) - nanosecondsOf(start);
-    return {static_cast<std::int32_t>(nanoseconds / nanosecondsPerSecond),
+    return {nanoseconds / nanosecondsPerSecond,
             static_cast<std::int32_t>(nanoseconds % nanosecondsPerSecond)};
 }
 

@@ -5,7 +5,7 @@
 
 // A point in time (UTC since 1970) or the difference of two. A difference may have negative parts.
 struct TimeValue {
-    std::int32_t seconds = 0;
+    std::int64_t seconds = 0;     // records lie up to 4294967295 s apart
     std::int32_t nanoseconds = 0; // 0 to 999999999 for a point in time
 };
 

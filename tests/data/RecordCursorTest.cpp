@@ -153,6 +153,15 @@ TEST_F(RecordCursor, AClockThatStepsBackLosesNothingOnTheWholeRange) {
     EXPECT_EQ(firstValuesOf(readAgain(source, "Q", "DATA", -1, 1e10)), (std::vector<double>{1, 2, 3, 4, 5}));
 }
 
+TEST_F(RecordCursor, NanosecondsOfMoreThanASecondLoseNothingOnTheWholeRange) {
+    // The first record is the latest one, although the second one has the larger seconds.
+    const std::string lines = "DATA\t1000\t4200000000\t1\nDATA\t1002\t0\t2\nDATA\t1003\t0\t3\n";
+    const DataSet source = load("DATAH\tSECONDS\tNANOSECONDS\tA\n" + lines);
+    EXPECT_EQ(fragmentAt(source, 0).latestTime(), 1004.2);
+    EXPECT_EQ(readAgain(fragmentAt(source, 0)).size(), 3U);
+    EXPECT_EQ(readAgain(fragmentAt(source, 0), 1.0, 1005.0).size(), 3U);
+}
+
 TEST_F(RecordCursor, TheEndMarkerStandsForTheLatestRecordAlsoBeyondIt) {
     const DataSet source = load("DATAH\tSECONDS\tA\nDATA\t2147483000\t1\nDATA\t2147483648\t2\n"
                                 "DATA\t4294967295\t3\nDATA\t2147483649\t4\n");

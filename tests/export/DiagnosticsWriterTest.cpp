@@ -107,6 +107,18 @@ TEST(DiagnosticsWriter, TimesBeforeTheFirstRecordAreNegative) {
               "2021-06-30 13:29:58.7\t-1.250000000\t0\t0\t0\t0\t0\t0\r\n");
 }
 
+TEST(DiagnosticsWriter, ABrokenClocksLifetimeIsCountedInFull) {
+    Record first = recordWith(0);
+    first.seconds = 100;
+    Record last = recordWith(1);
+    last.seconds = 4294967295;
+    last.nanoseconds = 500000000;
+    EXPECT_EQ(logOf(fiveNames, {first, last}),
+              "2106-02-07 06:28:15.5\t4294967195.500000000\t1\t0\t0\t1\t0\t0\r\n");
+    EXPECT_TRUE(logOf(fiveNames, {last, first})
+                    .ends_with("1970-01-01 00:01:40.0\t-4294967195.500000000\t0\t0\t0\t0\t0\t0\r\n"));
+}
+
 TEST(DiagnosticsWriter, TimestampsAreUtcWhateverTheZone) {
     Record record = recordAtHalfPastOne({1}, 7200);
     record.diagnosticWord = 1;
