@@ -19,10 +19,9 @@ struct NumbersFound {
     std::ptrdiff_t end = 0;
 };
 
-inline NumbersFound readOneByOne(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
+inline NumbersFound readOneByOne(const HeapText &line, std::ptrdiff_t from, std::uint32_t count) {
     NumbersFound outcome;
-    const HeapText text(line);
-    TextCursor cursor{text.begin() + from, text.end()};
+    TextCursor cursor{line.begin() + from, line.end()};
     for (std::uint32_t i = 0; i < count; ++i) {
         float value = 0;
         if (!readFloat(cursor, value)) {
@@ -31,26 +30,27 @@ inline NumbersFound readOneByOne(std::string_view line, std::ptrdiff_t from, std
         }
         outcome.values.push_back(value);
     }
-    outcome.end = cursor.at - text.begin();
+    outcome.end = cursor.at - line.begin();
     return outcome;
 }
 
-inline NumbersFound readTogether(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
+// The line lies in memory of its own, so that no byte beside it can be read unseen.
+inline NumbersFound readTogether(const HeapText &line, std::ptrdiff_t from, std::uint32_t count) {
     NumbersFound outcome;
-    const HeapText text(line);
-    TextCursor cursor{text.begin() + from, text.end()};
+    TextCursor cursor{line.begin() + from, line.end()};
     outcome.values.resize(count);
-    outcome.good = readFloats(cursor, text.begin(), count, outcome.values.data());
-    outcome.end = cursor.at - text.begin();
+    outcome.good = readFloats(cursor, line.begin(), count, outcome.values.data());
+    outcome.end = cursor.at - line.begin();
     return outcome;
 }
 
 inline testing::AssertionResult readsAsOneByOne(std::string_view line, std::ptrdiff_t from,
                                                 std::uint32_t count) {
-    const NumbersFound expected = readOneByOne(line, from, count);
+    const HeapText text(line);
+    const NumbersFound expected = readOneByOne(text, from, count);
     for (const VectorLevel level : EveryLevel::available()) {
         useVectorLevel(level);
-        const NumbersFound outcome = readTogether(line, from, count);
+        const NumbersFound outcome = readTogether(text, from, count);
         bool same = outcome.good == expected.good;
         if (same && expected.good) {
             same = outcome.end == expected.end;

@@ -25,7 +25,7 @@ TEST(ValueRun, ReadsRandomLinesAsReadingOneByOneDoes) {
                                                                       : line.size() / (random.below(10) + 1));
         const auto count = static_cast<std::uint32_t>(random.below(70));
         ASSERT_TRUE(readsAsOneByOne(line, from, count));
-        good += readOneByOne(line, from, count).good && count > 8;
+        good += readOneByOne(HeapText(line), from, count).good && count > 8;
     }
     EXPECT_GT(good, scaledDown(20'000));
 }
@@ -71,7 +71,7 @@ TEST(ValueRun, ReadsPlainDecimalsAsStrtofReadsThem) {
         }
         for (const VectorLevel level : EveryLevel::available()) {
             useVectorLevel(level);
-            const NumbersFound outcome = readTogether(line, 12, count);
+            const NumbersFound outcome = readTogether(HeapText(line), 12, count);
             ASSERT_TRUE(outcome.good) << line;
             ASSERT_EQ(outcome.end, static_cast<std::ptrdiff_t>(line.size())) << line;
             for (std::size_t i = 0; i < count; ++i) {

@@ -39,8 +39,8 @@ void checkSingleNumbers(std::string_view text) {
 
 // Passing over numbers moves as far as reading them.
 void checkPassing(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
-    const NumbersFound expected = readOneByOne(line, from, count);
     const HeapText text(line);
+    const NumbersFound expected = readOneByOne(text, from, count);
     TextCursor cursor{text.begin() + from, text.end()};
     PlainFields plain(cursor);
     const bool good = passFloats(cursor, count, plain);

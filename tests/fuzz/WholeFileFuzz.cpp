@@ -20,12 +20,12 @@ namespace {
 
 // Every file of an export, kept in memory.
 std::string exported(const DataSet &data, const std::string &instrument, const std::string &tag,
-                     ExportRequest request) {
+                     ExportFormat format, std::int32_t splitPeriod) {
     std::string all;
     std::list<SinkLog> logs;
     RecordedProgress progress;
     const ExportSource source = exportSourceOf(data, instrument, tag);
-    request.targetName = "fuzz.out";
+    const ExportRequest request{format, "fuzz.out", TimeColumns::all, splitPeriod};
     ExportJob(source, request, progress, [&logs](const std::string &, std::error_code &) {
         return std::make_unique<MemorySink>(logs.emplace_back());
     }).run();
@@ -48,9 +48,9 @@ std::string allExports(const DataSet &data) {
     std::string all;
     for (const std::string &instrument : data.instruments()) {
         for (const std::string &tag : data.tagsOfInstrument(instrument)) {
-            all += exported(data, instrument, tag, {.timeColumns = TimeColumns::all, .splitPeriod = 0});
-            all += exported(data, instrument, tag, {.format = ExportFormat::tob1, .splitPeriod = 1800});
-            all += exported(data, instrument, tag, {.format = ExportFormat::diagnostics});
+            all += exported(data, instrument, tag, ExportFormat::text, 0);
+            all += exported(data, instrument, tag, ExportFormat::tob1, 1800);
+            all += exported(data, instrument, tag, ExportFormat::diagnostics, 0);
         }
     }
     return all;
