@@ -88,8 +88,22 @@ public:
         return transitions_ > 0 ? typeOf(findTransition(utc)) : typeWithoutTransitions();
     }
 
-    std::uint64_t wideOffset(std::optional<std::size_t> type) const {
-        return type ? bigEndian(file_, placeOf(*type)) : 0;
+    // Without the sign.
+    std::int64_t wideOffset(std::optional<std::size_t> type) const {
+        return type ? static_cast<std::int64_t>(bigEndian(file_, placeOf(*type))) : 0;
+    }
+    // Beside the transition of the last lookup, which was at `utc` and found `offset`.
+    std::int64_t foldAt(std::int64_t utc, std::int32_t offset) const {
+        std::int64_t fold = 0;
+        if (last_ > 0) {
+            const std::int64_t back = wideOffset(typeOf(last_ - 1)) - offset;
+            fold = back > 0 && Wide{utc} - transition(last_) <= back ? -back : 0;
+        }
+        if (last_ + 1 < transitions_) {
+            const std::int64_t ahead = offset - wideOffset(typeOf(last_ + 1));
+            fold = ahead > 0 && transition(last_ + 1) - Wide{utc} <= ahead ? ahead : fold;
+        }
+        return fold;
     }
     bool isDst(std::optional<std::size_t> type) const { return type && file_[placeOf(*type) + 4] != 0; }
     std::string abbreviation(std::optional<std::size_t> type) const {
@@ -104,6 +118,8 @@ public:
     }
 
 private:
+    __extension__ using Wide = __int128; // differences of any two instants
+
     std::size_t placeOf(std::size_t type) const { return headerSize + 5 * transitions_ + 6 * type; }
 
     std::string_view file_;
@@ -128,6 +144,7 @@ void checkLookup(Timezone &zone, PlainClock &clock, std::int64_t utc) {
     require(info.isDst == (clock.isDst(type) ? 1 : 0) && local.tm_isdst == static_cast<int>(info.isDst),
             "so is the flag of daylight saving");
     require(info.abbreviation == clock.abbreviation(type), "and the abbreviation");
+    require(info.fold == clock.foldAt(utc, offset), "and the way to the other instant of this local time");
     std::int64_t seconds = 0;
     std::tm expected{};
     if (!__builtin_add_overflow(utc, std::int64_t{offset}, &seconds) &&
