@@ -51,8 +51,8 @@ install_for_preset() {
     case $1 in
         release | debug) install_packages "${build_packages[@]}" ;;
         clang) install_packages "${build_packages[@]}" "${clang_packages[@]}" ;;
-        asan | tsan) install_packages "${build_packages[@]}" "${sanitizer_packages[@]}" ;;
-        *) fail "There is no preset '$1': take release, debug, clang, asan or tsan." ;;
+        asan | tsan | fuzz) install_packages "${build_packages[@]}" "${sanitizer_packages[@]}" ;;
+        *) fail "There is no preset '$1': take release, debug, clang, asan, tsan or fuzz." ;;
     esac
 }
 

@@ -1,48 +1,11 @@
-#include "data/FieldReaders.h"
-#include "support/HeapText.h"
+#include "ClockLines.h"
 #include "support/RandomNumbers.h"
-#include "support/RecordComparison.h"
 #include "support/SanitizerBuild.h"
 
 #include <gtest/gtest.h>
 #include <string>
-#include <vector>
 
 namespace {
-
-using Kind = FieldReader::Kind;
-
-const std::vector<FieldReader> dateAndTime{
-    {Kind::seconds}, {Kind::date}, {Kind::timeOfDay}, {Kind::nanoseconds}};
-const std::vector<FieldReader> dateAndTimeOnly{{Kind::seconds}, {Kind::date}, {Kind::timeOfDay}};
-
-FieldResult read(const std::vector<FieldReader> &readers, const std::string &line, Record &record) {
-    const HeapText text(line);
-    return readFields(readers, 0, text.view(), record);
-}
-
-// A blank behind the tab is passed over by the readers, but makes the text none that is taken at once.
-std::string withBlanks(const std::string &line) {
-    std::string text;
-    for (const char c : line) {
-        text += c;
-        text += c == '\t' ? " " : "";
-    }
-    return text;
-}
-
-testing::AssertionResult readsAsWithBlanks(const std::string &line) {
-    for (const auto *const readers : {&dateAndTime, &dateAndTimeOnly}) {
-        Record plain;
-        Record blanks;
-        const FieldResult result = read(*readers, line, plain);
-        if (result != read(*readers, withBlanks(line), blanks) ||
-            (result == FieldResult::good && !isSameStamp(plain, blanks))) {
-            return testing::AssertionFailure() << testing::PrintToString(line);
-        }
-    }
-    return testing::AssertionSuccess();
-}
 
 std::string digits(RandomNumbers &random, std::size_t count) {
     std::string text;
@@ -85,7 +48,7 @@ TEST(ClockFields, ReadAnyEightBytesOfADateOrATimeThatDifferInOne) {
 
 TEST(ClockFields, AreReadWithTheirParts) {
     Record record;
-    ASSERT_EQ(read(dateAndTimeOnly, "1559368800\t2019-06-01\t12:30:05:250\t", record), FieldResult::good);
+    ASSERT_EQ(readClockLine(dateAndTimeOnly, "1559368800\t2019-06-01\t12:30:05:250\t", record), FieldResult::good);
     EXPECT_EQ(record.year, 2019);
     EXPECT_EQ(record.month, 6);
     EXPECT_EQ(record.day, 1);

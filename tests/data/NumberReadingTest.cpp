@@ -1,7 +1,7 @@
 #include "data/NumberReading.h"
 
+#include "LibraryNumbers.h"
 #include "RandomNumberTexts.h"
-#include "SmallHexadecimal.h"
 #include "support/HeapText.h"
 #include "support/SanitizerBuild.h"
 
@@ -22,88 +22,6 @@
 namespace {
 
 using namespace std::string_view_literals;
-
-// A number that was read and how many bytes it took; no bytes when there was none.
-template <typename Number>
-struct Reading {
-    Number value = 0;
-    std::ptrdiff_t length = 0;
-};
-
-Reading<float> readFloatFrom(std::string_view text) {
-    const HeapText copy(text);
-    TextCursor cursor{copy.begin(), copy.end()};
-    Reading<float> reading;
-    reading.length = readFloat(cursor, reading.value) ? cursor.at - copy.begin() : 0;
-    return reading;
-}
-
-Reading<std::int64_t> readIntegerFrom(std::string_view text) {
-    const HeapText copy(text);
-    TextCursor cursor{copy.begin(), copy.end()};
-    Reading<std::int64_t> reading;
-    reading.length = readInteger(cursor, reading.value) ? cursor.at - copy.begin() : 0;
-    return reading;
-}
-
-// What strtof gives, but for hexadecimal numbers below the normal range, which it rounds wrongly.
-Reading<float> strtofFrom(const std::string &text) {
-    char *end = nullptr;
-    float value = std::strtof(text.c_str(), &end);
-    const std::string_view taken(text.c_str(), static_cast<std::size_t>(end - text.c_str()));
-    const auto prefix = std::min(taken.find("0x"), taken.find("0X"));
-    if (prefix != std::string_view::npos && std::abs(value) <= std::numeric_limits<float>::min()) {
-        value = std::copysign(nearestSmallHexadecimal(taken.substr(prefix)), value);
-    }
-    return {value, taken.end() - taken.begin()};
-}
-
-Reading<std::int64_t> strtollFrom(const std::string &text) {
-    char *end = nullptr;
-    const std::int64_t value = std::strtoll(text.c_str(), &end, 10);
-    return {value, end - text.c_str()};
-}
-
-bool isSame(const Reading<float> &a, const Reading<float> &b) {
-    if (a.length != b.length || a.length == 0) {
-        return a.length == b.length;
-    }
-    if (std::isnan(a.value) || std::isnan(b.value)) {
-        return std::isnan(a.value) && std::isnan(b.value) && std::signbit(a.value) == std::signbit(b.value);
-    }
-    return std::bit_cast<std::uint32_t>(a.value) == std::bit_cast<std::uint32_t>(b.value);
-}
-
-bool isSame(const Reading<std::int64_t> &a, const Reading<std::int64_t> &b) {
-    return a.length == b.length && (a.length == 0 || a.value == b.value);
-}
-
-template <typename Number>
-std::string describe(const Reading<Number> &reading) {
-    return reading.length == 0
-               ? "nothing"
-               : testing::PrintToString(reading.value) + " in " + std::to_string(reading.length) + " bytes";
-}
-
-testing::AssertionResult readsAsStrtof(const std::string &text) {
-    const Reading<float> actual = readFloatFrom(text);
-    const Reading<float> expected = strtofFrom(text);
-    if (isSame(actual, expected)) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << testing::PrintToString(text) << " gives " << describe(actual)
-                                       << ", strtof " << describe(expected);
-}
-
-testing::AssertionResult readsAsStrtoll(const std::string &text) {
-    const Reading<std::int64_t> actual = readIntegerFrom(text);
-    const Reading<std::int64_t> expected = strtollFrom(text);
-    if (isSame(actual, expected)) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << testing::PrintToString(text) << " gives " << describe(actual)
-                                       << ", strtoll " << describe(expected);
-}
 
 // Calls `check` with every text of up to `longest` characters of `alphabet`, until one fails.
 template <typename Check>
@@ -310,14 +228,14 @@ TEST(NumberReading, ReadsTheSameNumbersUnderALocaleWithDecimalCommas) {
     RandomNumberTexts texts(20190603);
     struct Sample {
         std::string text;
-        Reading<float> number;
-        Reading<std::int64_t> integer;
+        NumberFound<float> number;
+        NumberFound<std::int64_t> integer;
     };
     std::vector<Sample> samples;
     for (std::size_t i = scaledDown(200'000); i > 0; --i) {
         std::string text = texts.number();
-        const Reading<float> number = strtofFrom(text);
-        const Reading<std::int64_t> integer = strtollFrom(text);
+        const NumberFound<float> number = strtofFrom(text);
+        const NumberFound<std::int64_t> integer = strtollFrom(text);
         samples.push_back({std::move(text), number, integer});
     }
     if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) {

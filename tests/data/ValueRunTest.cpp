@@ -1,11 +1,9 @@
 #include "data/ValueRun.h"
 
-#include "EveryLevel.h"
+#include "NumberRuns.h"
 #include "RandomFields.h"
 #include "RandomNumberTexts.h"
-#include "support/HeapText.h"
 #include "support/RandomNumbers.h"
-#include "support/RecordComparison.h"
 #include "support/SanitizerBuild.h"
 
 #include <array>
@@ -13,64 +11,6 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
-#include <vector>
-
-namespace {
-
-// What comes of reading numbers from a line: how far it went, the numbers, and where the cursor stood.
-struct Outcome {
-    bool good = true;
-    std::vector<double> values;
-    std::ptrdiff_t end = 0;
-};
-
-Outcome readOneByOne(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
-    Outcome outcome;
-    const HeapText text(line);
-    TextCursor cursor{text.begin() + from, text.end()};
-    for (std::uint32_t i = 0; i < count; ++i) {
-        float value = 0;
-        if (!readFloat(cursor, value)) {
-            outcome.good = false;
-            return outcome;
-        }
-        outcome.values.push_back(value);
-    }
-    outcome.end = cursor.at - text.begin();
-    return outcome;
-}
-
-Outcome readTogether(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
-    Outcome outcome;
-    const HeapText text(line);
-    TextCursor cursor{text.begin() + from, text.end()};
-    outcome.values.resize(count);
-    outcome.good = readFloats(cursor, text.begin(), count, outcome.values.data());
-    outcome.end = cursor.at - text.begin();
-    return outcome;
-}
-
-testing::AssertionResult readsAsOneByOne(std::string_view line, std::ptrdiff_t from, std::uint32_t count) {
-    const Outcome expected = readOneByOne(line, from, count);
-    for (const VectorLevel level : EveryLevel::available()) {
-        useVectorLevel(level);
-        const Outcome outcome = readTogether(line, from, count);
-        bool same = outcome.good == expected.good;
-        if (same && expected.good) {
-            same = outcome.end == expected.end;
-            for (std::size_t i = 0; i < count; ++i) {
-                same = same && bitsOf(outcome.values[i]) == bitsOf(expected.values[i]);
-            }
-        }
-        if (!same) {
-            return testing::AssertionFailure() << testing::PrintToString(line) << " from " << from << ", "
-                                               << count << " numbers, level " << static_cast<int>(level);
-        }
-    }
-    return testing::AssertionSuccess();
-}
-
-} // namespace
 
 TEST(ValueRun, ReadsRandomLinesAsReadingOneByOneDoes) {
     const EveryLevel levels;
@@ -85,7 +25,7 @@ TEST(ValueRun, ReadsRandomLinesAsReadingOneByOneDoes) {
                                                                       : line.size() / (random.below(10) + 1));
         const auto count = static_cast<std::uint32_t>(random.below(70));
         ASSERT_TRUE(readsAsOneByOne(line, from, count));
-        good += readOneByOne(line, from, count).good && count > 8;
+        good += readOneByOne(HeapText(line), from, count).good && count > 8;
     }
     EXPECT_GT(good, scaledDown(20'000));
 }
@@ -131,7 +71,7 @@ TEST(ValueRun, ReadsPlainDecimalsAsStrtofReadsThem) {
         }
         for (const VectorLevel level : EveryLevel::available()) {
             useVectorLevel(level);
-            const Outcome outcome = readTogether(line, 12, count);
+            const NumbersFound outcome = readTogether(HeapText(line), 12, count);
             ASSERT_TRUE(outcome.good) << line;
             ASSERT_EQ(outcome.end, static_cast<std::ptrdiff_t>(line.size())) << line;
             for (std::size_t i = 0; i < count; ++i) {

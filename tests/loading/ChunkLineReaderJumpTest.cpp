@@ -2,6 +2,7 @@
 
 #include "loading/lines/ChunkLineReader.h"
 #include "loading/support/ReaderBytes.h"
+#include "loading/support/ReadingCheck.h"
 #include "loading/support/ReferenceLines.h"
 #include "support/SanitizerBuild.h"
 
@@ -11,38 +12,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-namespace {
-
-std::uint64_t trueOffset(const ChunkLineReader &reader) {
-    return reader.lineOffset() + reader.shortfall();
-}
-
-// From `offset` on exactly the lines of the reference come.
-testing::AssertionResult givesAllLinesFrom(ChunkLineReader &reader, const std::vector<ReferenceLine> &lines,
-                                           std::uint64_t offset) {
-    auto expected = std::find_if(lines.begin(), lines.end(),
-                                 [=](const ReferenceLine &line) { return line.trueOffset >= offset; });
-    while (reader.nextLine()) {
-        if (trueOffset(reader) < offset) {
-            continue;
-        }
-        if (expected == lines.end()) {
-            return testing::AssertionFailure() << "a line too many at " << trueOffset(reader);
-        }
-        if (trueOffset(reader) != expected->trueOffset || reader.line() != expected->text) {
-            return testing::AssertionFailure()
-                   << "a line at " << trueOffset(reader) << " instead of " << expected->trueOffset;
-        }
-        ++expected;
-    }
-    if (expected != lines.end()) {
-        return testing::AssertionFailure() << "the line at " << expected->trueOffset << " is missing";
-    }
-    return testing::AssertionSuccess();
-}
-
-} // namespace
 
 TEST(ChunkLineReaderJumps, LoseNoLineThatBeginsAtTheirOffsetOrBehindIt) {
     std::mt19937 random(1);

@@ -21,7 +21,9 @@ ZoneFolder::~ZoneFolder() {
 void ZoneFolder::write(std::string_view name, std::string_view bytes) const {
     const std::filesystem::path file = pathOf(name);
     std::filesystem::create_directories(file.parent_path());
-    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    // Some disks wait for each file that is cut off and written anew.
+    std::filesystem::remove(file);
+    std::ofstream out(file, std::ios::binary);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!out.flush()) {
         throw std::runtime_error("not written: " + file.string());

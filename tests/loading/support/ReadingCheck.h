@@ -3,8 +3,11 @@
 #include "loading/lines/ChunkLineReader.h"
 #include "loading/support/ReferenceLines.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <string_view>
+#include <vector>
 
 // Reads to the end and compares every line, its reported offset and its true offset with the reference.
 inline testing::AssertionResult readsByTheRules(ChunkLineReader &reader, std::string_view bytes,
@@ -41,4 +44,32 @@ inline testing::AssertionResult readsByTheRules(ChunkLineReader &reader, std::st
                << "there; the problem is \"" << reader.problem().toStdString() << '"';
     }
     return testing::AssertionSuccess() << expected.lines.size() << " lines were the same";
+}
+
+inline std::uint64_t trueOffset(const ChunkLineReader &reader) {
+    return reader.lineOffset() + reader.shortfall();
+}
+
+// From `offset` on exactly the lines of the reference come.
+inline testing::AssertionResult
+givesAllLinesFrom(ChunkLineReader &reader, const std::vector<ReferenceLine> &lines, std::uint64_t offset) {
+    auto expected = std::find_if(lines.begin(), lines.end(),
+                                 [=](const ReferenceLine &line) { return line.trueOffset >= offset; });
+    while (reader.nextLine()) {
+        if (trueOffset(reader) < offset) {
+            continue;
+        }
+        if (expected == lines.end()) {
+            return testing::AssertionFailure() << "a line too many at " << trueOffset(reader);
+        }
+        if (trueOffset(reader) != expected->trueOffset || reader.line() != expected->text) {
+            return testing::AssertionFailure()
+                   << "a line at " << trueOffset(reader) << " instead of " << expected->trueOffset;
+        }
+        ++expected;
+    }
+    if (expected != lines.end()) {
+        return testing::AssertionFailure() << "the line at " << expected->trueOffset << " is missing";
+    }
+    return testing::AssertionSuccess();
 }
