@@ -7,15 +7,22 @@ build_packages=(
     tzdata libc-bin # zone source and zic, its compiler
 )
 
+# What scripts/package needs besides.
+package_packages=(dpkg-dev file)
+
 test_packages=(
     libgtest-dev
     locales # source of a locale with decimal commas
     zip     # writes encrypted archives
     xvfb xauth fonts-dejavu-core # for tests that open windows
+    bash-completion
 )
 
 # What only scripts/test --slow needs.
-slow_test_packages=()
+slow_test_packages=(
+    dpkg-dev file lintian desktop-file-utils appstream # the Debian package, and what checks it
+    debootstrap inotify-tools # a clean system to install it into, and what is opened there
+)
 
 benchmark_packages=(libbenchmark-dev)
 

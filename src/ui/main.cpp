@@ -1,6 +1,7 @@
 #include "loading/ExecutablePath.h"
 #include "time/Timezone.h"
 #include "ui/MyMainWindow.h"
+#include "ui/icons/ApplicationIcon.h"
 
 #include <QApplication>
 #include <QFile>
@@ -26,6 +27,9 @@ int main(int argc, char **argv) {
 
     // Takes its own options out of the arguments.
     const QApplication application(argc, argv);
+    QApplication::setWindowIcon(applicationIcon());
+    // By this name desktops that know no window classes find the program's entry, and with it the icon.
+    QGuiApplication::setDesktopFileName(QStringLiteral("fvqa300"));
     MyMainWindow window(QStringLiteral("QA-310/320A/330/34xx File Viewer"),
                         QFile::decodeName(program.c_str()), argc, argv);
     window.show();
