@@ -5,6 +5,7 @@ build_packages=(
     g++ cmake ninja-build pkg-config
     qtbase5-dev libqt5svg5-dev libqwt-qt5-dev libquazip1-qt5-dev zlib1g-dev
     tzdata libc-bin # zone source and zic, its compiler
+    fonts-dejavu-core # what the manual is printed in
 )
 
 # What scripts/package needs besides.
@@ -14,7 +15,9 @@ test_packages=(
     libgtest-dev
     locales # source of a locale with decimal commas
     zip     # writes encrypted archives
-    xvfb xauth fonts-dejavu-core # for tests that open windows
+    xvfb xauth # for tests that open windows
+    poppler-utils # looks into the manual
+    parallel # runs commands of the manual
     bash-completion
 )
 

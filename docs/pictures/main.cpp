@@ -1,8 +1,8 @@
 // Takes the pictures that the documents show from the real windows: fvqa300-pictures FOLDER FILE...
 //
-// The files are those of one analyser over a day or so; scripts/pictures makes them.
+// The files are those of one analyser over a day and a QA-330's, and some that have something wrong;
+// scripts/pictures makes them. The zones are in the folder zoneinfo below the working folder.
 
-#include "loading/ExecutablePath.h"
 #include "loading/QDataSet.h"
 #include "plot/PlotDialog.h"
 #include "plot/PlotZoomer.h"
@@ -15,13 +15,19 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDropEvent>
+#include <QListWidget>
+#include <QMenu>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPrinter>
+#include <QProgressBar>
 #include <QTabWidget>
 
 #include <iostream>
 #include <memory>
+#include <tuple>
 
 namespace {
 
@@ -29,10 +35,13 @@ class Album {
 public:
     explicit Album(QString folder) : folder_(std::move(folder)) {}
 
-    void take(QWidget &window, const QString &name) const {
+    // Of the whole window, or of its upper part.
+    void take(QWidget &window, const QString &name, int height = -1) const {
         QCoreApplication::processEvents();
         const QString path = folder_ + QLatin1Char('/') + name + QStringLiteral(".png");
-        if (!window.grab().save(path)) {
+        constexpr int smallest = 0; // of all qualities of a PNG: the same picture in the fewest bytes
+        if (!window.grab(QRect(0, 0, window.width(), height < 0 ? window.height() : height))
+                 .save(path, "PNG", smallest)) {
             throw std::runtime_error("cannot write " + path.toStdString());
         }
         std::cout << path.toStdString() << '\n';
@@ -42,16 +51,36 @@ private:
     QString folder_;
 };
 
-void loadAll(MyMainWindow &window, const QStringList &files) {
+constexpr int partOfWindow = 190; // pixels, where there is nothing to see below
+
+void showTab(MyMainWindow &window, int page) {
+    window.findChild<QTabWidget *>()->setCurrentIndex(page);
+}
+
+// Takes the picture of the progress when about half of it is done.
+void loadAll(const Album &album, MyMainWindow &window, const QStringList &files) {
     auto *dataSet = window.findChild<QDataSet *>();
+    auto *bar = window.findChild<QProgressBar *>();
+    bool isTaken = false;
     int loaded = 0;
-    QObject::connect(dataSet, &QDataSet::FileLoaded, [&] {
+    const QObject context;
+    QObject::connect(dataSet, &QDataSet::Progress, &context, [&] {
+        if (!isTaken && bar->value() >= 50 && bar->value() < 100) {
+            isTaken = true;
+            album.take(window, QStringLiteral("progress"), partOfWindow);
+        }
+    });
+    QObject::connect(dataSet, &QDataSet::FileLoaded, &context, [&] {
         if (++loaded == files.size()) {
             QApplication::quit();
         }
     });
+    showTab(window, 0);
     window.findChild<MyFrame *>()->AddFiles(files);
     QApplication::exec();
+    if (!isTaken) {
+        throw std::runtime_error("the files load too fast for a picture of the progress");
+    }
 }
 
 // The key of the first variable whose name begins with `name`.
@@ -74,14 +103,50 @@ void dropOnRightHalf(PlotDialog &plot, const QString &key) {
     QCoreApplication::sendEvent(&plot, &drop);
 }
 
-// `seconds` from the middle of all.
-void zoomTo(PlotDialog &plot, double seconds) {
+// `seconds` from a share of all.
+void zoomTo(PlotDialog &plot, double seconds, double share = 0.5) {
     auto *zoomer = plot.findChild<PlotZoomer *>();
     QRectF rect = zoomer->zoomBase();
-    rect.setLeft(rect.center().x());
+    rect.setLeft(rect.left() + rect.width() * share);
     rect.setWidth(seconds);
     zoomer->zoom(rect);
     plot.OnAutoScaleVertical();
+}
+
+void moveMouse(QWidget &canvas, QEvent::Type type, const QPoint &to, Qt::MouseButtons held) {
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, to, canvas.mapToGlobal(to), button, held, Qt::NoModifier);
+    QCoreApplication::sendEvent(&canvas, &event);
+}
+
+// With the rectangle that the left button draws, and the position of the mouse beside it.
+void takeZooming(const Album &album, PlotDialog &plot) {
+    QWidget &canvas = *plot.findChild<TimeSeriesPlot *>()->canvas();
+    const QPoint from(canvas.width() * 11 / 20, canvas.height() / 8);
+    const QPoint to(canvas.width() * 15 / 20, canvas.height() * 7 / 8);
+    moveMouse(canvas, QEvent::MouseButtonPress, from, Qt::LeftButton);
+    moveMouse(canvas, QEvent::MouseMove, to, Qt::LeftButton);
+    album.take(plot, QStringLiteral("plot-zooming"));
+    plot.findChild<PlotZoomer *>()->abandon();
+}
+
+void takeMenu(const Album &album, PlotDialog &plot) {
+    QContextMenuEvent wish(QContextMenuEvent::Keyboard, plot.rect().center(),
+                           plot.mapToGlobal(plot.rect().center()));
+    QCoreApplication::sendEvent(&plot, &wish);
+    auto *menu = plot.findChild<QMenu *>();
+    album.take(*menu, QStringLiteral("plot-menu"));
+    menu->close();
+}
+
+void takeFlags(const Album &album, QDataSet &dataSet) {
+    PlotDialog plot(nullptr, &dataSet, QStringLiteral("QA330:DATA:RSSI"));
+    plot.setAttribute(Qt::WA_DeleteOnClose, false);
+    plot.show();
+    dropOnRightHalf(plot, QStringLiteral("QA330:DATA:DIAG:NOSIGNAL"));
+    dropOnRightHalf(plot, QStringLiteral("QA330:DATA:DIAG:MOTORSPINNING"));
+    zoomTo(plot, 180, 0.2);
+    album.take(plot, QStringLiteral("plot-flags"));
 }
 
 void takePlots(const Album &album, QDataSet &dataSet) {
@@ -90,8 +155,13 @@ void takePlots(const Album &album, QDataSet &dataSet) {
     auto plot = std::make_unique<PlotDialog>(nullptr, &dataSet, gas);
     plot->show();
     album.take(*plot, "plot-day");
+    takeZooming(album, *plot);
+    zoomTo(*plot, 6 * 3600);
+    takeMenu(album, *plot);
     zoomTo(*plot, 3600);
     album.take(*plot, "plot-hour");
+    zoomTo(*plot, 1800);
+    album.take(*plot, "plot-half-hour");
     zoomTo(*plot, 30);
     album.take(*plot, "plot-30-seconds");
 
@@ -114,9 +184,18 @@ void takePlots(const Album &album, QDataSet &dataSet) {
 void takeExportDialog(const Album &album) {
     ExportWhatDialog dialog(nullptr, MyFrame::defaultTimeColumns);
     dialog.fillList({"AIU-0412:DATA", "QA330:DATA", "QA330:DATASTAT"});
-    dialog.findChildren<QComboBox *>().front()->setCurrentIndex(1);
+    auto *list = dialog.findChild<QListWidget *>();
+    auto *type = dialog.findChildren<QComboBox *>().front();
+    auto *split = dialog.findChildren<QComboBox *>().back();
+    dialog.resize(dialog.sizeHint().width(), 300);
     dialog.show();
-    album.take(dialog, "export");
+    list->setCurrentRow(1);
+    for (const auto &[typeIndex, splitIndex, name] :
+         {std::tuple(0, 1, "export-tob1"), {1, 5, "export"}, {2, 0, "export-diagnostics"}}) {
+        type->setCurrentIndex(typeIndex);
+        split->setCurrentIndex(splitIndex);
+        album.take(dialog, QString::fromLatin1(name));
+    }
 }
 
 void takeAll(const Album &album, const QStringList &files, const char *program) {
@@ -124,19 +203,22 @@ void takeAll(const Album &album, const QStringList &files, const char *program) 
     window.resize(1000, 650);
     window.show();
     album.take(window, "start");
-    loadAll(window, files);
-    for (const auto &[page, name] : {std::pair(0, "progress"), {1, "window"}, {2, "messages"}}) {
-        window.findChild<QTabWidget *>()->setCurrentIndex(page);
-        album.take(window, name);
-    }
-    takePlots(album, *window.findChild<QDataSet *>());
+    loadAll(album, window, files);
+    showTab(window, 2);
+    album.take(window, QStringLiteral("messages"), partOfWindow);
+    window.resize(1000, 560);
+    showTab(window, 1);
+    album.take(window, QStringLiteral("window"));
+    auto &dataSet = *window.findChild<QDataSet *>();
+    takePlots(album, dataSet);
+    takeFlags(album, dataSet);
     takeExportDialog(album);
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-    zoneDirectory = zoneDirectoryFor(executablePath(argv[0]));
+    zoneDirectory = "zoneinfo"; // messages show it, and the machine's folders concern nobody
     const QApplication application(argc, argv);
     if (argc < 3) {
         std::cerr << "Usage: fvqa300-pictures FOLDER FILE...\n";

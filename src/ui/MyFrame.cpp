@@ -22,6 +22,7 @@
 #include <QHBoxLayout>
 #include <QMimeData>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -104,6 +105,7 @@ void MyFrame::connectAll() {
     }
     connect(exportButton_, SIGNAL(clicked(bool)), SLOT(OnExportFile()));
     connect(helpButton_, SIGNAL(clicked(bool)), SLOT(OnHelp()));
+    addHelpKey(this);
     connect(aboutWidget_, SIGNAL(OpenFile()), SLOT(OnOpenFile()));
     connect(view_, SIGNAL(SelectionChanged(QModelIndex, QModelIndex)),
             SLOT(OnSelectionChanged(QModelIndex, QModelIndex)));
@@ -112,6 +114,13 @@ void MyFrame::connectAll() {
     connect(model_, SIGNAL(FileLoaded(QString)), SLOT(OnFileLoaded(QString)));
     connect(model_, SIGNAL(FileRemoved(QString)), SLOT(OnFileRemoved(QString)));
     connect(model_, SIGNAL(PostHandleFileRemoved(QString)), SLOT(OnPostFileRemoved(QString)));
+}
+
+// In every window of the program but those that others are modal to: these ask for a key of their own.
+void MyFrame::addHelpKey(QWidget *window) {
+    auto *key = new QShortcut(QKeySequence::HelpContents, window);
+    key->setContext(window == this ? Qt::ApplicationShortcut : Qt::WindowShortcut);
+    connect(key, SIGNAL(activated()), this, SLOT(OnHelp()));
 }
 
 void MyFrame::AddFiles(const QStringList &paths) {
@@ -155,6 +164,7 @@ void MyFrame::OnExportFile() {
     }
     if (exportDialog_ == nullptr) {
         exportDialog_ = new ExportWhatDialog(this, timeColumns_);
+        addHelpKey(exportDialog_);
     }
     exportDialog_->fillList(groups);
     if (exportDialog_->exec() != QDialog::Accepted) {

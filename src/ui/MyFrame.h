@@ -65,6 +65,7 @@ protected:
 private:
     QHBoxLayout *makeButtonRow();
     void connectAll();
+    void addHelpKey(QWidget *window);
     void updateExportButton();
     std::set<std::string> exportableGroups() const;
     FileNames protectedFiles();

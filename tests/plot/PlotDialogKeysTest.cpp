@@ -45,6 +45,15 @@ private Q_SLOTS:
         QCOMPARE(window_->index(), 0);
     }
 
+    void minusAndPlusOnThePlotWalkTheHistoryToo() {
+        window_->zoom(start, start + 50, 0, 50);
+        window_->zoom(start, start + 20, 0, 20);
+        QTest::keyClick(&window_->canvas(), Qt::Key_Minus);
+        QCOMPARE(window_->index(), 1);
+        QTest::keyClick(&window_->canvas(), Qt::Key_Plus);
+        QCOMPARE(window_->index(), 2);
+    }
+
     void escapeClosesAndDeletesTheWindow() {
         press(Qt::Key_Escape);
         QVERIFY(!window_->dialog().isVisible());

@@ -1,5 +1,6 @@
 #include "loading/QDataSet.h"
 #include "loading/messagebuf.h"
+#include "plot/PlotDialog.h"
 #include "time/Timezone.h"
 #include "ui/DataFiles.h"
 #include "ui/FrameWindow.h"
@@ -12,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -390,6 +392,50 @@ private Q_SLOTS:
         parts.pushButton("Help...")->click();
         QCOMPARE(opened.urls, QList<QUrl>());
         QCOMPARE(parts.messages(), QString());
+    }
+
+    void f1OpensTheDocumentToo() {
+        const DataFiles files;
+        files.write("viewer.pdf", "%PDF");
+        const OpenedUrls opened;
+        const FrameWindow parts(files.path("viewer"));
+        QVERIFY(QTest::qWaitForWindowActive(const_cast<QMainWindow *>(&parts.window)));
+        for (QWidget *widget :
+             {static_cast<QWidget *>(parts.view()), static_cast<QWidget *>(parts.about())}) {
+            widget->setFocus();
+            QTest::keyClick(widget, Qt::Key_F1);
+        }
+        QCOMPARE(opened.urls.size(), 2);
+    }
+
+    void f1OpensTheDocumentFromAPlotWindow() {
+        const DataFiles files;
+        files.write("viewer.pdf", "%PDF");
+        const OpenedUrls opened;
+        const FrameWindow parts(files.path("viewer"));
+        const QPointer<PlotDialog> plot(new PlotDialog(parts.frame, parts.model()->dataSet(), "NONE"));
+        plot->show();
+        plot->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(plot));
+        QTest::keyClick(plot, Qt::Key_F1);
+        QCOMPARE(opened.urls.size(), 1);
+    }
+
+    void f1OpensTheDocumentFromTheExportDialog() {
+        const DataFiles files;
+        files.write("viewer.pdf", "%PDF");
+        const OpenedUrls opened;
+        const FrameWindow parts(files.path("viewer"));
+        parts.frame->AddFiles({files.writeData("GA-1-a.data", "GA", "CH4")});
+        QTRY_VERIFY(parts.pushButton("Export...")->isEnabled());
+        onNextDialog(parts.frame, [](QDialog *dialog) {
+            dialog->activateWindow();
+            QTRY_VERIFY(dialog->isActiveWindow());
+            QTest::keyClick(dialog, Qt::Key_F1);
+            dialog->reject();
+        });
+        parts.frame->OnExportFile();
+        QCOMPARE(opened.urls.size(), 1);
     }
 
     void timeColumnsDefaultTo12() {
