@@ -12,10 +12,10 @@ package_packages=(dpkg-dev file)
 
 test_packages=(
     libgtest-dev
+    bash-completion
     locales # source of a locale with decimal commas
     zip     # writes encrypted archives
     xvfb xauth fonts-dejavu-core # for tests that open windows
-    bash-completion
 )
 
 # What only scripts/test --slow needs.
