@@ -21,7 +21,7 @@ test_packages=(
 # What only scripts/test --slow needs.
 slow_test_packages=(
     dpkg-dev file lintian desktop-file-utils appstream # the Debian package, and what checks it
-    debootstrap inotify-tools # a clean system to install it into, and what is opened there
+    debootstrap inotify-tools xdotool # a clean system to install it into, and what happens there
 )
 
 benchmark_packages=(libbenchmark-dev)
