@@ -13,18 +13,18 @@ package_packages=(dpkg-dev file)
 
 test_packages=(
     libgtest-dev
+    bash-completion
     locales # source of a locale with decimal commas
     zip     # writes encrypted archives
     xvfb xauth # for tests that open windows
     poppler-utils # looks into the manual
     parallel # runs commands of the manual
-    bash-completion
 )
 
 # What only scripts/test --slow needs.
 slow_test_packages=(
     dpkg-dev file lintian desktop-file-utils appstream # the Debian package, and what checks it
-    debootstrap inotify-tools # a clean system to install it into, and what is opened there
+    debootstrap inotify-tools xdotool # a clean system to install it into, and what happens there
 )
 
 benchmark_packages=(libbenchmark-dev)
