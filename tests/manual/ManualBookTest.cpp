@@ -81,12 +81,7 @@ private Q_SLOTS:
 
     void theManualHoldsEveryChapterAndSection() {
         const QString text = words(outputOf("pdftotext", {"-layout", FVQA_MANUAL_PDF, "-"}));
-        const QDir folder(FVQA_MANUAL_SOURCE_DIR);
-        QStringList chapters;
-        for (const QString &name : folder.entryList({"*.md"}, QDir::Files, QDir::Name)) {
-            chapters += folder.filePath(name);
-        }
-        const auto headings = ManualSource(chapters).headings();
+        const auto headings = ManualSource(chapters()).headings();
         QVERIFY(headings.size() > 40);
         for (const auto &heading : headings) {
             // In the contents and above the section itself.
@@ -110,6 +105,25 @@ private Q_SLOTS:
         for (const QString &line : lines.mid(2)) {
             QVERIFY2(QRegularExpression("yes +(yes|no) +yes").match(line).hasMatch(), qPrintable(line));
         }
+    }
+
+    void theSameSourcesGiveTheSameBytes() {
+        const QTemporaryDir dir;
+        QList<QByteArray> pdfs;
+        for (const char *name : {"a.pdf", "b.pdf"}) {
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert("SOURCE_DATE_EPOCH", "1559415600");
+            environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+            QProcess process;
+            process.setProcessEnvironment(environment);
+            process.start(FVQA_MANUAL_TOOL, QStringList{"1", "", dir.filePath(name)} + chapters());
+            QVERIFY(process.waitForFinished(120000) && process.exitCode() == 0);
+            QFile file(dir.filePath(name));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            pdfs += file.readAll();
+        }
+        QVERIFY(pdfs[0].contains("(D:20190601190000Z)"));
+        QVERIFY(pdfs[0] == pdfs[1]);
     }
 
     void aMissingPictureIsNamed() {
@@ -151,6 +165,14 @@ private Q_SLOTS:
     }
 
 private:
+    static QStringList chapters() {
+        const QDir folder(FVQA_MANUAL_SOURCE_DIR);
+        QStringList paths;
+        for (const QString &name : folder.entryList({"*.md"}, QDir::Files, QDir::Name)) {
+            paths += folder.filePath(name);
+        }
+        return paths;
+    }
     static QString info() { return outputOf("pdfinfo", {FVQA_MANUAL_PDF}); }
     // Letters that are drawn as one are two again.
     static QString words(const QString &text) {
