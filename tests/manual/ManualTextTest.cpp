@@ -52,7 +52,7 @@ QStringList listedMessages() {
 QStringList fragmentsOf(const QString &path) {
     QStringList fragments;
     for (const QString &text : textsOf(contentOf(path))) {
-        for (QString fragment : text.split(QRegularExpression(QStringLiteral("%\\d|\\n")))) {
+        for (const QString &fragment : text.split(QRegularExpression(QStringLiteral("%\\d|\\n")))) {
             if (fragment.startsWith(QLatin1String(": ")) && fragment.size() > 3) {
                 fragments += fragment.mid(2); // a file's name stands in front
             }
