@@ -66,6 +66,8 @@ public:
     explicit Styler(QTextDocument &document) : document_(document) {}
 
     void run() {
+        QTextCursor all(&document_);
+        all.beginEditBlock(); // laid out once, at the end
         for (QTextBlock block = document_.begin(); block.isValid(); block = block.next()) {
             styleText(block);
             styleBlock(block);
@@ -75,6 +77,7 @@ public:
                 styleTable(*table);
             }
         }
+        all.endEditBlock();
     }
 
 private:

@@ -48,8 +48,8 @@ QVector<Link> linksOf(const QTextDocument &document) {
 
 int indexOf(const ManualSource &source, const QString &address) {
     const auto &headings = source.headings();
-    const auto found = std::find_if(headings.begin(), headings.end(),
-                                    [&](const auto &heading) { return heading.address == address; });
+    const auto *const found = std::find_if(headings.begin(), headings.end(),
+                                           [&](const auto &heading) { return heading.address == address; });
     if (found == headings.end()) {
         throw std::runtime_error(address.toStdString() + ": The link leads nowhere");
     }

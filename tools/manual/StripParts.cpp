@@ -64,7 +64,8 @@ private:
             return true;
         }
         if (isCode(block)) {
-            return isFollowedByItsCode(block) && linesOfCode(block) <= linesKeptTogether;
+            // Also what is typed and what is printed then.
+            return isCode(block.next()) && linesOfCode(block) <= linesKeptTogether;
         }
         const bool isLast = line + 1 == lineCount;
         const bool leadsOn = block.text().endsWith(QLatin1Char(':')) || isCode(block.next()) ||
