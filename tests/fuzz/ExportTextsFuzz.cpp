@@ -141,7 +141,7 @@ void checkTob1(const std::vector<std::string> &names, const Record &record) {
                 "of quoted entries, one for each field");
         at = end + 2;
     }
-    require(bytes.size() - at == 2 * 4 * (record.values.size() + 3), "records follow without gaps");
+    require(bytes.size() - at == (record.values.size() + 3) * 2 * 4, "records follow without gaps");
 }
 
 void checkDiagnostics(const std::vector<std::string> &names, const Record &record) {

@@ -72,9 +72,9 @@ public:
 
     // Nothing for UTC without a name.
     std::optional<std::size_t> typeOf(std::size_t k) const {
-        const int index = static_cast<signed char>(file_[headerSize + 4 * transitions_ + k]);
-        return index >= 0 && static_cast<std::size_t>(index) < types_ ? std::optional<std::size_t>(index)
-                                                                      : std::nullopt;
+        // A signed byte: the upper half lies before the first type.
+        const std::size_t index = static_cast<unsigned char>(file_[headerSize + 4 * transitions_ + k]);
+        return index < 128 && index < types_ ? std::optional<std::size_t>(index) : std::nullopt;
     }
     std::optional<std::size_t> typeWithoutTransitions() const {
         for (std::size_t type = 0; type < types_; ++type) {
@@ -226,9 +226,10 @@ void checkName(const std::string &name) {
         require(zone.name() == name && zone.isUnknown() == (name == "Unknown"), "a zone keeps its name");
     } catch (const Timezone::Error &error) {
         message = error.what();
-        const std::string path = std::string(FVQA_ZONEINFO_DIR) + '/' + name;
+        std::string path = std::string(FVQA_ZONEINFO_DIR) + '/' + name;
+        path.resize(std::min(path.find('\0'), path.size())); // where the text of an exception ends
         const bool isAboutName = message == "Zero length timezone string" ||
-                                 message == std::string(("Unable to open file: " + path).c_str()) ||
+                                 message == "Unable to open file: " + path ||
                                  message == "Invalid timezone file: " + path;
         require(isAboutName, "a name that loads nothing gives its message");
     }

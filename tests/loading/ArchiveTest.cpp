@@ -10,11 +10,13 @@
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
+#include <quazip.h>
 
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -219,6 +221,22 @@ TEST(Archive, MembersAreReadByTheRulesStoredAndDeflated) {
         EXPECT_TRUE(reader.problem().isEmpty());
         ASSERT_TRUE(reader.open(path, "first.data"));
         EXPECT_EQ(readLines(reader), Names{"first"});
+    }
+}
+
+TEST(Archive, AMemberWhoseNameBeginsWithASlashIsTheSameHoweverItIsOpened) {
+    const TempFolder folder;
+    const QString path = folder.path("a.ghg");
+    writeZip(path, {{"/a.data", "with\n"}, {"a.data", "without\n"}, {"//b.data", "two\n"}});
+    QuaZip archive(path);
+    ASSERT_TRUE(archive.open(QuaZip::mdUnzip));
+    for (const auto &[name, line] :
+         {std::pair("/a.data", "with"), {"a.data", "without"}, {"//b.data", "two"}}) {
+        ChunkLineReader reader;
+        ASSERT_TRUE(reader.open(path, name)) << name;
+        EXPECT_EQ(readLines(reader), Names{line}) << name;
+        ASSERT_TRUE(reader.openMember(archive, name)) << name;
+        EXPECT_EQ(readLines(reader), Names{line}) << name;
     }
 }
 

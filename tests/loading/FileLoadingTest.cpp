@@ -6,6 +6,7 @@
 #include "loading/support/ReferenceLines.h"
 #include "loading/support/TempFolder.h"
 #include "loading/support/ZipWriting.h"
+#include "support/LoadedSource.h"
 
 #include <QFileInfo>
 
@@ -473,6 +474,18 @@ TEST(ReadingArchivesAgain, ABlockEndsWhereTheNextMemberBringsItsOwnHeader) {
     std::vector<double> values;
     loaded.data.series("Q:DATA:A", "", wholeRangeStart, wholeRangeEnd, times, values);
     EXPECT_EQ(values, (std::vector<double>{1, 2}));
+}
+
+TEST(ReadingArchivesAgain, AMemberWhoseNameBeginsWithASlashGivesItsRecordsAgain) {
+    const TempFolder folder;
+    const QString path = folder.path("a.ghg");
+    writeZip(path, {{"/data/a.data", "Instrument:\tQ\nDATAH\tSECONDS\tA\nDATA\t1600000000\t1\n"}});
+    const Loaded loaded = load(path);
+    EXPECT_EQ(loaded.recordCounts(), Counts{1});
+    // By itself, as exports read, and with others, as plots do.
+    EXPECT_EQ(readAgain(fragmentAt(loaded.data, 0)).size(), 1U);
+    EXPECT_EQ(pointsOf(loaded.data, "Q:DATA:A", "", wholeRangeStart, wholeRangeEnd).values,
+              std::vector<double>{1});
 }
 
 TEST_F(FileLoading, OfMembersWithOneNameTheFirstIsReadAndTheOthersAreAProblem) {

@@ -57,7 +57,7 @@ bool ChunkLineReader::open(const QString &path, const QString &member, qint64 st
         return false;
     }
     if (!member.isEmpty()) {
-        return openZipped(std::make_unique<QuaZipFile>(path, member), member, startOffset);
+        return openInArchive(path, member, startOffset);
     }
     auto file = std::make_unique<QFile>(path);
     // Read in large pieces straight into the block.
@@ -66,6 +66,18 @@ bool ChunkLineReader::open(const QString &path, const QString &member, qint64 st
         return false;
     }
     return openDevice(std::move(file), startOffset);
+}
+
+// Through an archive of its own, as a file that is made from path and name takes a slash off the name.
+bool ChunkLineReader::openInArchive(const QString &path, const QString &member, qint64 startOffset) {
+    auto archive = std::make_unique<QuaZip>(path);
+    if (!archive->open(QuaZip::mdUnzip)) {
+        problem_ = cannotBeOpened(member);
+        return false;
+    }
+    const bool isOpen = openMember(*archive, member, startOffset);
+    archive_ = std::move(archive);
+    return isOpen;
 }
 
 bool ChunkLineReader::openMember(QuaZip &archive, const QString &member, qint64 startOffset) {
@@ -279,6 +291,7 @@ void ChunkLineReader::close() {
         device_.reset();
         member_.clear();
     }
+    archive_.reset();
     memory_.reset();
     buffer_ = nullptr;
     dataEnd_ = lineBegin_ = lineEnd_ = next_ = nullptr;

@@ -68,6 +68,7 @@ private:
         void operator()(char *block) const { std::free(block); }
     };
 
+    bool openInArchive(const QString &path, const QString &member, qint64 startOffset);
     bool openZipped(std::unique_ptr<QuaZipFile> file, const QString &member, qint64 startOffset);
     void start(std::unique_ptr<QIODevice> device, const QString &member, qint64 startOffset);
     bool skipToStart(qint64 startOffset);
@@ -77,6 +78,7 @@ private:
     void noteShortRead(bool failed, qint64 position);
     void noteLongLine();
 
+    std::unique_ptr<QuaZip> archive_; // when a member was opened by its archive's path
     std::unique_ptr<QIODevice> device_;
     QString member_; // empty for a plain file
     std::unique_ptr<char, Free> memory_;
