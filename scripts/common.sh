@@ -50,9 +50,10 @@ install_packages() {
 install_for_preset() {
     case $1 in
         release | debug) install_packages "${build_packages[@]}" ;;
+        coverage) install_packages "${build_packages[@]}" "${coverage_packages[@]}" ;;
         clang) install_packages "${build_packages[@]}" "${clang_packages[@]}" ;;
         asan | tsan | fuzz) install_packages "${build_packages[@]}" "${sanitizer_packages[@]}" ;;
-        *) fail "There is no preset '$1': take release, debug, clang, asan, tsan or fuzz." ;;
+        *) fail "There is no preset '$1': take release, debug, clang, coverage, asan, tsan or fuzz." ;;
     esac
 }
 

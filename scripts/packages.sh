@@ -35,6 +35,8 @@ comparison_packages=(python3 unzip)
 # Other tools that it compares with where they are installed.
 benchmark_peers=(python3-pandas r-base-core r-cran-data.table kst gnuplot-nox)
 
+coverage_packages=(gcovr)
+
 lint_packages=(clang-format clang-tidy)
 
 clang_packages=(clang)

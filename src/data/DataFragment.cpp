@@ -6,6 +6,12 @@
 #include <algorithm>
 #include <tuple>
 
+namespace {
+
+constexpr std::uint32_t nanosecondsPerSecond = 1'000'000'000;
+
+} // namespace
+
 DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
                            DiagnosticNames diagnosticNames)
     : header_(std::move(header)),
@@ -71,7 +77,6 @@ void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::s
         startPeriods(record.seconds);
     }
     lastTime_ = timeOf(record);
-    latestTime_ = std::max(latestTime_, lastTime_);
     if (firstTime_ == 0) {
         firstTime_ = lastTime_;
     }
@@ -131,6 +136,9 @@ void DataFragment::widenStamps(const RecordStamp &record) {
     if (isFirst || time(maximum_) < time(record)) {
         takeTime(maximum_);
     }
+    if (record.nanoseconds >= nanosecondsPerSecond) {
+        latestOverfullTime_ = std::max(latestOverfullTime_, timeOf(record));
+    }
     minimum_.diagnosticWord =
         isFirst ? record.diagnosticWord : std::min(minimum_.diagnosticWord, record.diagnosticWord);
     maximum_.diagnosticWord =
@@ -173,6 +181,10 @@ void DataFragment::finishLoading() {
     for (AveragedSeries &series : series_) {
         series.releaseSpareMemory();
     }
+}
+
+double DataFragment::latestTime() const {
+    return recordCount_ == 0 ? 0 : std::max(timeOf(maximum_), latestOverfullTime_);
 }
 
 std::ptrdiff_t DataFragment::valueIndex(std::string_view name) const {

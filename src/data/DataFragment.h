@@ -117,10 +117,10 @@ public:
     std::uint64_t blockBegin() const { return blockBegin_; }
     std::uint64_t blockEnd() const { return blockEnd_; }
     // Times of the first and the last record in file order, and the latest of all; UTC seconds, 0 without
-    // records. Nanoseconds of more than a second make the latest another record than the maximum record.
+    // records.
     double firstTime() const { return firstTime_; }
     double lastTime() const { return lastTime_; }
-    double latestTime() const { return latestTime_; }
+    double latestTime() const;
     const HalfHourIndex &halfHourIndex() const { return halfHourIndex_; }
     // Earliest time and smallest values, latest time and largest values of the whole block.
     const Record &minimumRecord() const;
@@ -164,7 +164,9 @@ private:
     HalfHourIndex halfHourIndex_;
     double firstTime_ = 0;
     double lastTime_ = 0;
-    double latestTime_ = 0;
+    // Of records that say more nanoseconds than a second has, as damaged ones do: they may lie behind the
+    // record of the latest second.
+    double latestOverfullTime_ = 0;
     std::uint32_t recordCount_ = 0;
     std::array<AveragedSeries, periods.size()> series_;
     // While records come, the values lag behind by the open period; nobody else sees the fragment then.
