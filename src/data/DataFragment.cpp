@@ -6,6 +6,12 @@
 #include <algorithm>
 #include <tuple>
 
+namespace {
+
+constexpr std::uint32_t nanosecondsPerSecond = 1'000'000'000;
+
+} // namespace
+
 DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
                            DiagnosticNames diagnosticNames)
     : header_(std::move(header)),
@@ -130,6 +136,9 @@ void DataFragment::widenStamps(const RecordStamp &record) {
     if (isFirst || time(maximum_) < time(record)) {
         takeTime(maximum_);
     }
+    if (record.nanoseconds >= nanosecondsPerSecond) {
+        latestOverfullTime_ = std::max(latestOverfullTime_, timeOf(record));
+    }
     minimum_.diagnosticWord =
         isFirst ? record.diagnosticWord : std::min(minimum_.diagnosticWord, record.diagnosticWord);
     maximum_.diagnosticWord =
@@ -175,7 +184,7 @@ void DataFragment::finishLoading() {
 }
 
 double DataFragment::latestTime() const {
-    return recordCount_ == 0 ? 0 : timeOf(maximum_);
+    return recordCount_ == 0 ? 0 : std::max(timeOf(maximum_), latestOverfullTime_);
 }
 
 std::ptrdiff_t DataFragment::valueIndex(std::string_view name) const {

@@ -168,6 +168,9 @@ private:
     HalfHourIndex halfHourIndex_;
     double firstTime_ = 0;
     double lastTime_ = 0;
+    // Of records that say more nanoseconds than a second has, as damaged ones do: they may lie behind the
+    // record of the latest second.
+    double latestOverfullTime_ = 0;
     std::uint32_t recordCount_ = 0;
     std::array<AveragedSeries, periods.size()> series_;
     // While records come, the values lag behind by the open period; nobody else sees the fragment then.
