@@ -177,6 +177,10 @@ private:
 
 QString whyNotLoadable(const QString &fileName) {
     const QFileInfo file(fileName);
+    // Bytes that are no UTF-8 do not survive in a QString, and Qt finds no file by what is left.
+    if (!file.exists() && fileName.contains(QChar(QChar::ReplacementCharacter))) {
+        return QStringLiteral("The file cannot be opened: its name is no UTF-8");
+    }
     if (!file.exists()) {
         return QStringLiteral("The file does not exist");
     }
