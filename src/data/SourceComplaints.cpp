@@ -6,7 +6,7 @@
 #include <iostream>
 
 void SourceComplaints::checkForChange(const SourceHeader &source) {
-    if (source.state && checked_.insert(source.fileName).second) {
+    if (source.state && !told_.contains(source.fileName)) {
         tell(source, source.state->change());
     }
 }

@@ -19,6 +19,5 @@ public:
     void tell(const SourceHeader &source, const QString &problem);
 
 private:
-    std::set<std::string> checked_; // file names
-    std::set<std::string> told_;
+    std::set<std::string> told_; // file names
 };

@@ -104,7 +104,7 @@ protected:
 };
 
 // Bytes of small records, more than the line reader takes at a time.
-constexpr int manyRecords = 600'000;
+constexpr int manyRecords = 400'000;
 
 } // namespace
 
