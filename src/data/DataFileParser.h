@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // Reads the lines of one source in order: key lines, header lines, record lines.
@@ -19,6 +20,8 @@ public:
     DataFileParser(std::string fileName, std::string fileNameTag);
 
     void setSubFileName(std::string name);
+    // Of the source, for the fragments that start from now on.
+    void setSourceState(std::shared_ptr<const SourceState> state) { header_.state = std::move(state); }
 
     // Handles one line, without its line end, and gives the fragment that it started, if any. `offset` is the
     // line's offset as the line reader reports it, `shortfall` by how much that falls short of the true one.

@@ -18,6 +18,8 @@
 #include <string_view>
 #include <vector>
 
+class SourceState;
+
 // Where a block of records comes from and what its key lines said when its header line came.
 struct SourceHeader {
     std::string fileName;
@@ -27,6 +29,8 @@ struct SourceHeader {
     std::string softwareVersion;
     std::string timezone;
     std::uint32_t memberNumber = 0; // of the archive member, in the order of reading
+    // What the file was like when it was loaded; null when nobody looked.
+    std::shared_ptr<const SourceState> state = nullptr;
 };
 
 // A part of a source that is read on its own: an archive member, or a plain file as a whole.

@@ -35,6 +35,12 @@ void DataSet::setSubFileName(const std::string &name) {
     }
 }
 
+void DataSet::setSourceState(std::shared_ptr<const SourceState> state) {
+    if (parser_) {
+        parser_->setSourceState(std::move(state));
+    }
+}
+
 void DataSet::parseLine(std::uint64_t offset, std::string_view line, std::uint64_t shortfall) {
     if (!parser_) {
         return;

@@ -30,6 +30,8 @@ public:
 
     // Reading a source.
     void setSubFileName(const std::string &name);
+    // What the source is like; its fragments share it.
+    void setSourceState(std::shared_ptr<const SourceState> state);
     // See DataFileParser::parseLine.
     void parseLine(std::uint64_t offset, std::string_view line, std::uint64_t shortfall = 0);
     // Adds "ERROR: " and `what` to the message text, while that is short enough.

@@ -1,9 +1,12 @@
 #include "data/RecordCursor.h"
 
-#include <iostream>
-
 DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end)
-    : fragment_(fragment),
+    : _ContextType(fragment, start, end, ownComplaints_) {}
+
+DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end,
+                                         SourceComplaints &complaints)
+    : complaints_(complaints),
+      fragment_(fragment),
       bounds_(narrowedTo(fragment, start, end)),
       prefix_(fragment.tag() + '\t'),
       clock_(fragment.timezone()) {
@@ -27,18 +30,17 @@ bool DataFragment::_ContextType::open() {
 }
 
 bool DataFragment::_ContextType::openMember(std::size_t index, std::uint64_t offset) {
+    closeMember();
     member_ = index;
     const SourceHeader &header = fragment_.header();
+    complaints_.checkForChange(header);
     // An offset that falls short may lie within a line, whose rest must not pass for a whole one. Reading one
     // byte earlier and passing over the first line end loses nothing when the offset is true.
     const bool isBehindLine = offset > 0;
-    if (lines_.open(QString::fromStdString(header.fileName),
-                    QString::fromStdString(fragment_.members()[index].name),
-                    static_cast<qint64>(isBehindLine ? offset - 1 : offset))) {
-        return !isBehindLine || lines_.nextLine();
-    }
-    std::cerr << header.fileName + ": " + lines_.problem().toStdString() + '\n' << std::flush;
-    return false;
+    return lines_.open(QString::fromStdString(header.fileName),
+                       QString::fromStdString(fragment_.members()[index].name),
+                       static_cast<qint64>(isBehindLine ? offset - 1 : offset)) &&
+           (!isBehindLine || lines_.nextLine());
 }
 
 void DataFragment::_ContextType::advance() {
@@ -75,7 +77,12 @@ bool DataFragment::_ContextType::isBehindBlock() const {
 
 void DataFragment::_ContextType::exhaust() {
     record_.values.clear();
+    closeMember();
+}
+
+void DataFragment::_ContextType::closeMember() {
     lines_.close();
+    complaints_.tell(fragment_.header(), lines_.problem());
 }
 
 DataSet::_ContextType::_ContextType(const DataSet &dataSet, std::string_view instrument, std::string_view tag,
@@ -101,7 +108,8 @@ void DataSet::_ContextType::passOverExhausted() {
         if (nextFragment_ == fragments_.size()) {
             return;
         }
-        reader_ = std::make_unique<DataFragment::_ContextType>(*fragments_[nextFragment_], start_, end_);
+        reader_ = std::make_unique<DataFragment::_ContextType>(*fragments_[nextFragment_], start_, end_,
+                                                               *complaints_);
         ++nextFragment_;
     }
 }

@@ -3,6 +3,7 @@
 #include "data/DataFragment.h"
 #include "data/DataSet.h"
 #include "data/ReadingBounds.h"
+#include "data/SourceComplaints.h"
 #include "loading/lines/ChunkLineReader.h"
 
 #include <cstdint>
@@ -14,13 +15,18 @@
 // Reads the records of one fragment between two times again from its source, in source order.
 //
 // Only the fragment's own records come: the bounds are narrowed to its time range, and lines of other blocks
-// of the same source are passed over. Reading the whole range gives exactly the records that loading gave. A
-// source that cannot be opened any more gives no records and one line on standard error. Belongs to one
-// thread; the fragment must outlive it.
+// of the same source are passed over. Reading the whole range gives exactly the records that loading gave,
+// unless the source has changed, is gone or cannot be read to the end any more: that gives one line on
+// standard error. Belongs to one thread; the fragment must outlive it.
 class DataFragment::_ContextType {
 public:
     // From `start` to `end`, both inclusive, in UTC seconds or the whole-range bounds.
     _ContextType(const DataFragment &fragment, double start, double end);
+    // The same as a part of a pass over many fragments, which has its `complaints` in common.
+    _ContextType(const DataFragment &fragment, double start, double end, SourceComplaints &complaints);
+    ~_ContextType() = default;
+    _ContextType(const _ContextType &) = delete;
+    _ContextType &operator=(const _ContextType &) = delete;
 
     const Record &record() const { return record_; }
     bool isExhausted() const { return record_.values.empty(); }
@@ -33,7 +39,10 @@ private:
     bool isOwnLine() const;
     bool isBehindBlock() const;
     void exhaust();
+    void closeMember();
 
+    SourceComplaints ownComplaints_;
+    SourceComplaints &complaints_;
     const DataFragment &fragment_;
     TimeBounds bounds_;
     std::string prefix_; // the tag and its tab
@@ -64,6 +73,7 @@ private:
     std::size_t nextFragment_ = 0;
     double start_;
     double end_;
+    std::unique_ptr<SourceComplaints> complaints_ = std::make_unique<SourceComplaints>(); // the reader has it
     std::unique_ptr<DataFragment::_ContextType> reader_; // null when exhausted
     Record exhausted_;
 };

@@ -6,7 +6,6 @@
 #include <quazip.h>
 
 #include <algorithm>
-#include <iostream>
 #include <limits>
 
 namespace {
@@ -101,18 +100,18 @@ void SourcePass::run() {
 
 void SourcePass::readFile(const std::string &fileName) {
     SourceFile file(fileName);
-    bool hasProblem = false;
     while (!waiting_.empty() && waiting_.begin()->first.fileName == fileName) {
         auto node = waiting_.extract(waiting_.begin());
         LineDispatch dispatch(std::move(node.mapped()));
+        const SourceHeader &source = dispatch.blocks().front()->fragment().header();
+        complaints_.checkForChange(source);
         ChunkLineReader lines;
         if (file.open(lines, node.key().member, dispatch.firstOffset())) {
             dispatch.run(lines);
             addNextMembersOf(dispatch.blocks());
-        } else if (!hasProblem) {
-            hasProblem = true;
-            std::cerr << fileName + ": " + lines.problem().toStdString() + '\n' << std::flush;
         }
+        lines.close();
+        complaints_.tell(source, lines.problem());
     }
 }
 

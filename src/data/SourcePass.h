@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/BlockPoints.h"
+#include "data/SourceComplaints.h"
 
 #include <cstdint>
 #include <map>
@@ -11,8 +12,8 @@
 // Reads sources once for any number of blocks in them, in whatever order the blocks were added.
 //
 // A source is opened only when a block in it was added, and read from the first line that one of its blocks
-// needs to the last one, except for stretches that none needs. One that cannot be opened any more gives no
-// points, and one line on standard error.
+// needs to the last one, except for stretches that none needs. One that has changed since it was loaded, or
+// cannot be opened or read to the end any more, gives what it can and one line on standard error.
 class SourcePass {
 public:
     // Adds a block, which must outlive the pass.
@@ -36,5 +37,6 @@ private:
     void readFile(const std::string &fileName);
     void addNextMembersOf(const std::vector<BlockPoints *> &blocks);
 
+    SourceComplaints complaints_;
     std::map<Place, std::vector<BlockPoints *>> waiting_;
 };

@@ -1,5 +1,6 @@
 #include "loading/FileLoading.h"
 
+#include "data/SourceState.h"
 #include "loading/lines/Archive.h"
 #include "loading/lines/ChunkLineReader.h"
 
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <memory>
 
 namespace {
 
@@ -44,6 +46,7 @@ public:
           fileSize_(QFileInfo(fileName).size()) {}
 
     LoadReport run() {
+        source_.setSourceState(state_);
         const MemberList list = membersOf(fileName_);
         note(list.problem);
         total_ = list.totalSize;
@@ -98,6 +101,7 @@ private:
         bytesRead_ += member.size;
         reader.close();
         note(reader.problem());
+        state_->addProblem(reader.problem());
     }
 
     void readLines(ChunkLineReader &reader) {
@@ -158,6 +162,9 @@ private:
     DataSet &source_;
     const std::atomic<bool> &cancelled_;
     const LoadProgress &progress_;
+    // As it is before any of it is read: what changes meanwhile has changed since.
+    const std::shared_ptr<SourceState> state_ =
+        std::make_shared<SourceState>(fileName_.toStdString(), isArchiveName(fileName_));
     qint64 fileSize_;
     qint64 total_ = 0;     // bytes of all members, uncompressed
     qint64 bytesRead_ = 0; // of the members before the present one
@@ -170,6 +177,10 @@ private:
 
 QString whyNotLoadable(const QString &fileName) {
     const QFileInfo file(fileName);
+    // Bytes that are no UTF-8 do not survive in a QString, and Qt finds no file by what is left.
+    if (!file.exists() && fileName.contains(QChar(QChar::ReplacementCharacter))) {
+        return QStringLiteral("The file cannot be opened: its name is no UTF-8");
+    }
     if (!file.exists()) {
         return QStringLiteral("The file does not exist");
     }

@@ -191,6 +191,21 @@ TEST(Export, AFileThatMayNotGrowAnyMoreFailsAndKeepsItsBeginning) {
     }
 }
 
+TEST(Export, AReadOnlyFolderFailsWithTheReasonInEveryFormat) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("a.data", sampleData("X", 1000, 3));
+    const std::string locked = folder.makeFolder("locked");
+    fs::permissions(locked, fs::perms::owner_read | fs::perms::owner_exec);
+    CliProcess::Setup setup;
+    setup.obeysFileModes = true;
+    for (const std::string format : {"text", "tob1", "diagnostics"}) {
+        const CliResult result = runCli(exportOf(file, locked + "/o.txt", {}, format), setup);
+        expectFailure(result, locked + "/o.txt");
+        EXPECT_NE(result.err.find("Permission denied"), std::string::npos) << result.err;
+    }
+    EXPECT_TRUE(fs::is_empty(locked));
+}
+
 TEST(Export, EveryPieceThatMayNotGrowIsNamed) {
     const TemporaryFolder folder;
     const std::string file = folder.write("a.data", sampleData("X", 1559383200, 2 * 3600));

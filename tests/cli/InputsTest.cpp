@@ -118,6 +118,16 @@ TEST(Inputs, AFolderThatCannotBeReadFails) {
     expectOnlyBadFails(folder, locked, setup);
 }
 
+TEST(Inputs, AFileWhoseNameIsNoUtf8FailsAndSaysSo) {
+    const TemporaryFolder folder;
+    const std::string good = folder.write("good.data", sampleData("GOOD", 1000, 1));
+    const CliResult result =
+        runCli({"variables", folder.write("gr\xfc\xdf.data", sampleData("X", 1000, 1)), good});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "GOOD:DATA:CH4D\tmmol/m^3\nGOOD:DATA:TEMP\tC\n");
+    EXPECT_NE(result.err.find("its name is no UTF-8"), std::string::npos) << result.err;
+}
+
 TEST(Inputs, AFolderWithoutDataFilesFails) {
     const TemporaryFolder folder;
     folder.write("bare/notes.txt", "no data");
@@ -171,6 +181,23 @@ TEST(Inputs, ZonesComeFromTheFolderThatIsNamed) {
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.out.find("Unable to open file: "), std::string::npos) << result.out;
     EXPECT_NE(result.out.find(zones), std::string::npos) << result.out;
+}
+
+TEST(Inputs, AZoneFolderThatCannotBeReadIsNamedAndFails) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("a.data", sampleData("X", 1000, 1));
+    const std::string locked = folder.makeFolder("locked");
+    fs::copy_file(fs::path(FVQA_ZONEINFO_DIR) / "UTC", locked + "/UTC");
+    fs::permissions(locked, fs::perms::none);
+    CliProcess::Setup setup;
+    setup.obeysFileModes = true;
+    // A file in the place of a folder cannot be read by the superuser either.
+    for (const std::string &zones : {locked, file}) {
+        const CliResult result = runCli({"--zoneinfo", zones, "messages", file}, setup);
+        EXPECT_EQ(result.status, 1) << zones;
+        EXPECT_NE((result.out + result.err).find(zones), std::string::npos) << result.out << result.err;
+    }
+    fs::permissions(locked, fs::perms::owner_all);
 }
 
 TEST(Inputs, AZoneFolderThatIsMissingFails) {

@@ -8,7 +8,9 @@
 #include <QFileInfo>
 #include <QImage>
 
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace {
 
@@ -169,6 +171,26 @@ TEST(PlotCommand, AnOutputThatCannotBeWrittenIsNamed) {
     const CliResult result = plot({"--variable", gas, "--output", path, examples});
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.err.starts_with("fvqa300-cli: " + path + ": ")) << result.err;
+}
+
+TEST(PlotCommand, AReadOnlyFolderAndAFullDiskAreNamed) {
+    const TemporaryFolder folder;
+    const std::string locked = folder.makeFolder("locked");
+    std::filesystem::permissions(locked,
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    CliProcess::Setup readOnly = withoutDisplay();
+    readOnly.obeysFileModes = true;
+    CliProcess::Setup full = withoutDisplay();
+    full.largestFile = 1000;
+    for (const std::string ending : {".png", ".svg", ".pdf"}) {
+        for (const auto &[path, setup] : {std::pair(locked + "/plot" + ending, readOnly),
+                                          std::pair(folder.path("plot" + ending), full)}) {
+            const CliResult result = runCli({"plot", "--variable", gas, "--output", path, examples}, setup);
+            EXPECT_EQ(result.status, 1) << path;
+            EXPECT_TRUE(result.err.starts_with("fvqa300-cli: " + path + ": ")) << path << result.err;
+            EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+        }
+    }
 }
 
 TEST(PlotCommand, AnInputIsNeverReplaced) {

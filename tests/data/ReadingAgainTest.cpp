@@ -182,3 +182,18 @@ TEST(ReadingAgain, FromTheMiddleOfARepeatedHourGivesTheTimesThatTheWholeRangeGiv
         EXPECT_FALSE(whole.times.empty());
     }
 }
+
+// One wrong digit must not hide the good records behind it.
+TEST(ReadingAgain, ARecordWithMoreNanosecondsThanASecondHasHidesNoOthers) {
+    const ScratchFolder folder;
+    const DataSet source = loadSource(
+        folder.write("a.data", "Instrument:\tQ\nDATAH\tSECONDS\tNANOSECONDS\tA\nDATA\t1000\t0\t0\n"
+                               "DATA\t1001\t4200000000\t1\nDATA\t1002\t0\t2\nDATA\t1003\t500000000\t3\n"));
+    const DataFragment &fragment = source.fragments().front();
+    ASSERT_EQ(fragment.recordCount(), 4U);
+    EXPECT_EQ(fragment.latestTime(), 1005.2);
+    EXPECT_EQ(fragment.maximumRecord().seconds, 1003U);
+    EXPECT_EQ(readAgain(fragment).size(), 4U);
+    EXPECT_EQ(pointsOf(source, "Q:DATA:A", "", wholeRangeStart, wholeRangeEnd).values,
+              (std::vector<double>{0, 1, 2, 3}));
+}

@@ -311,14 +311,18 @@ TEST_F(SeriesBatchTest, BlocksFarApartInOneFileAreBothReadThoughTheClockSteppedB
 TEST_F(SeriesBatchTest, AFileThatWasReplacedMeanwhileDoesNoHarm) {
     DataSet merged;
     merged.merge(load("DATAH\tSECONDS\tA\n" + recordsOf("DATA", begin, begin + 4000, 1), "a"));
+    const std::string longLine(3000000, 'x');
     for (const std::string &content :
          {std::string(), std::string("\n"), std::string("DATA"), recordsOf("DATA", begin, begin + 5, 1),
-          std::string(100000, '\n'), std::string(3000000, 'x'), recordsOf("DATA", 1, 5000, 1, "\t1\t2\t3")}) {
+          std::string(100000, '\n'), longLine, recordsOf("DATA", 1, 5000, 1, "\t1\t2\t3")}) {
         folder_.write("a", content);
         const CapturedStandardError errors;
         EXPECT_TRUE(
             sameAsPlain(merged, {{"Q:DATA:A", ""}, {"Q:DATA:A", "max"}}, begin + 100.0, begin + 4000.0));
         EXPECT_TRUE(sameAsPlain(merged, {{"Q:DATA:A", ""}}, begin + 2000.0, begin + 4000.0));
-        EXPECT_EQ(errors.text(), "");
+        // Which ends the reading; the others merely hold nothing.
+        EXPECT_EQ(errors.text().starts_with(folder_.pathOf("a") + ": A line of more than"),
+                  content == longLine);
+        EXPECT_EQ(errors.text().empty(), content != longLine) << errors.text();
     }
 }

@@ -1,7 +1,12 @@
+#include "loading/FileLoading.h"
 #include "plot/PlotPixels.h"
 #include "plot/PlotWindow.h"
+#include "support/CapturedStandardError.h"
 
 #include <QFile>
+#include <QFileInfo>
+
+#include <atomic>
 
 namespace {
 
@@ -161,6 +166,28 @@ private Q_SLOTS:
         window.zoom(start + 10, start + 20, 0, 50);
         QVERIFY(window.dialog().grab().width() > 0);
         QVERIFY(window.series("GA:DATA:X").size() <= 11U);
+    }
+
+    void aFileThatWasCutShortSaysSoAtEachZoomAndNotForEachCurve() {
+        const std::string path = data_->pathOf("GA");
+        data_->remove("GA");
+        DataSet source(path);
+        loadFile(QString::fromStdString(path), source, std::atomic<bool>(false), [](int, qint64) {});
+        data_->set.addLoaded(source);
+        PlotWindow window(*data_, "GA:DATA:X");
+        QVERIFY(window.drop("GA:DATA:Y"));
+        QVERIFY(window.show());
+        const auto size = QFileInfo(QString::fromStdString(path)).size();
+        QVERIFY(QFile::resize(QString::fromStdString(path), size / 2));
+        for (int zoom = 1; zoom <= 3; ++zoom) {
+            const CapturedStandardError errors;
+            window.zoom(start + 10, start + 20 + zoom, 0, 50);
+            QCOMPARE(window.series("GA:DATA:X").size(), static_cast<std::size_t>(11 + zoom));
+            const QString said = QString::fromStdString(errors.text());
+            QVERIFY2(said.startsWith(QString::fromStdString(path) + ": The file has changed since"),
+                     qPrintable(said));
+            QCOMPARE(said.count('\n'), 1);
+        }
     }
 
     void anEmptyKeyOpensAnEmptyWindow() {

@@ -1,3 +1,4 @@
+#include "support/FaultyReads.h"
 #include "time/AllocationWatch.h"
 #include "time/CalendarFields.h"
 #include "time/Timezone.h"
@@ -66,6 +67,23 @@ TEST(ZoneContents, FileCutAnywhereLoadsOrSaysWhatIsMissing) {
         folder.write("Cut", good.substr(0, length));
         EXPECT_EQ(folder.errorOf("Cut"), expected) << length << " bytes";
     }
+}
+
+TEST(ZoneContents, FileThatFailsAtAnyByteIsNamed) {
+    const ZoneFolder folder;
+    const std::string good = easternClock().bytes();
+    const std::string path = folder.pathOf("Failing");
+    folder.write("Failing", good);
+    // The last byte only ends the abbreviations.
+    for (std::size_t at = 0; at + 1 < good.size(); ++at) {
+        const FaultyReads faults(path, {.failsAt = at});
+        const std::string error = folder.errorOf("Failing");
+        EXPECT_TRUE(error.ends_with(" file: " + path)) << at << ": " << error;
+        EXPECT_GT(faults.failures(), 0U);
+    }
+    const FaultyReads faults(path, {.largestPiece = 1});
+    EXPECT_EQ(folder.errorOf("Failing"), "");
+    EXPECT_GE(faults.reads(), good.size() - 1);
 }
 
 TEST(ZoneContents, CountsBeyondTheFileAreErrorsThatAllocateNothingForThem) {

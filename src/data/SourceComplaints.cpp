@@ -1,0 +1,19 @@
+#include "data/SourceComplaints.h"
+
+#include "data/DataFragment.h"
+#include "data/SourceState.h"
+
+#include <iostream>
+
+void SourceComplaints::checkForChange(const SourceHeader &source) {
+    if (source.state && !told_.contains(source.fileName)) {
+        tell(source, source.state->change());
+    }
+}
+
+void SourceComplaints::tell(const SourceHeader &source, const QString &problem) {
+    const bool isKnown = source.state && source.state->isKnown(problem);
+    if (!problem.isEmpty() && !isKnown && told_.insert(source.fileName).second) {
+        std::cerr << source.fileName + ": " + problem.toStdString() + '\n' << std::flush;
+    }
+}
