@@ -32,6 +32,14 @@ void appendCheck(std::vector<FieldReader> &readers, Kind kind) {
 
 ColumnSelection::ColumnSelection(const ColumnLayout &layout, std::span<const std::uint32_t> columns)
     : places_(columns.size()) {
+    // Many columns are read faster among all the others than each on its own.
+    constexpr std::size_t few = 4;
+    if (columns.size() > few) {
+        readers_ = layout.readers;
+        valueCount_ = layout.valueNames.size();
+        places_.assign(columns.begin(), columns.end());
+        return;
+    }
     readers_.reserve(layout.readers.size());
     for (FieldReader reader : layout.readers) {
         const std::uint32_t first = reader.firstValue;

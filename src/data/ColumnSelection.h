@@ -7,10 +7,11 @@
 #include <span>
 #include <vector>
 
-// Reads only some value columns of a block's record lines; of the others it checks that they can be read.
+// Reads some value columns of a block's record lines; of the others it checks that they can be read, or reads
+// them too where that is faster.
 //
-// A line gives a record exactly when reading all columns would, and the columns' values are the same. A
-// record read this way is narrower: columns have places of their own in it.
+// A line gives a record exactly when reading all columns would, and the columns' values are the same. In a
+// record read this way columns have places of their own.
 class ColumnSelection {
 public:
     // `columns` are indices of value columns of `layout`.
