@@ -9,7 +9,9 @@
 
 namespace {
 
-constexpr std::string_view meaningfulBytes{"\t\t\t\n\n\r 0123456789.-+eE:H\0\xff", 27};
+using namespace std::string_view_literals;
+
+constexpr std::string_view meaningfulBytes = "\t\t\t\n\n\r 0123456789.-+eE:H\0\xff"sv;
 
 std::optional<std::uint64_t> numberFromEnvironment(const char *name) {
     const char *const value = std::getenv(name);
