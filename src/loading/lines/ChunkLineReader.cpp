@@ -49,7 +49,7 @@ ChunkLineReader::~ChunkLineReader() {
 }
 
 bool ChunkLineReader::open(const QString &path, const QString &member, qint64 startOffset) {
-    close();
+    finish();
     problem_.clear();
     // Opening a pipe would wait for its writer.
     if (!QFileInfo(path).isFile()) {
@@ -69,7 +69,7 @@ bool ChunkLineReader::open(const QString &path, const QString &member, qint64 st
 }
 
 bool ChunkLineReader::openMember(QuaZip &archive, const QString &member, qint64 startOffset) {
-    close();
+    finish();
     // Opening no file at all would be answered with a line on standard error.
     if (!archive.setCurrentFile(member)) {
         problem_ = cannotBeOpened(member);
@@ -94,12 +94,14 @@ bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 start
 }
 
 void ChunkLineReader::start(std::unique_ptr<QIODevice> device, const QString &member, qint64 startOffset) {
-    close();
+    finish();
     member_ = member;
     problem_.clear();
     ended_ = false;
     shortfall_ = 0;
-    memory_.reset(static_cast<char *>(std::calloc(static_cast<std::size_t>(spareByte + blockSize), 1)));
+    if (!memory_) {
+        memory_.reset(static_cast<char *>(std::calloc(static_cast<std::size_t>(spareByte + blockSize), 1)));
+    }
     if (!memory_) {
         throw std::bad_alloc();
     }
@@ -269,6 +271,12 @@ bool ChunkLineReader::skip(qint64 count) {
 }
 
 void ChunkLineReader::close() {
+    finish();
+    memory_.reset();
+    buffer_ = nullptr;
+}
+
+void ChunkLineReader::finish() {
     if (device_) {
         device_->close();
         // A wrong check sum of a member shows only here, after all its bytes have come.
@@ -279,7 +287,5 @@ void ChunkLineReader::close() {
         device_.reset();
         member_.clear();
     }
-    memory_.reset();
-    buffer_ = nullptr;
     dataEnd_ = lineBegin_ = lineEnd_ = next_ = nullptr;
 }
