@@ -21,6 +21,11 @@ public:
     void releaseSpareMemory();
 
     std::size_t size() const { return stamps_.size(); }
+    // Memory that one more period takes.
+    std::size_t bytesPerPeriod() const {
+        const std::size_t extreme = wideExtremes_.empty() ? sizeof(float) : sizeof(double);
+        return sizeof(RecordStamp) + columns_ * (sizeof(double) + 2 * extreme);
+    }
     std::span<const RecordStamp> stamps() const { return stamps_; }
     double value(Statistic statistic, std::size_t index, std::size_t column) const;
 

@@ -36,13 +36,17 @@ Kind kindOf(std::string_view columnName) {
     return Kind::value;
 }
 
-void noteUnitInName(const std::string &columnName) {
+// The unit that the name carries, else that of the table. One that is carried counts also when the table is
+// full.
+std::string noteUnit(const std::string &columnName) {
     const auto open = columnName.find('(');
     if (open == std::string::npos) {
-        return;
+        return unitOf(columnName);
     }
     const auto close = columnName.find(')', open);
-    setUnit(columnName, columnName.substr(open + 1, close == std::string::npos ? close : close - open - 1));
+    std::string unit = columnName.substr(open + 1, close == std::string::npos ? close : close - open - 1);
+    setUnit(columnName, unit);
+    return unit;
 }
 
 std::uint8_t byteSum(std::string_view text) {
@@ -58,16 +62,6 @@ void addValue(ColumnLayout &layout, std::string name, std::string unit) {
     layout.valueUnits.push_back(std::move(unit));
 }
 
-std::size_t countValues(const std::vector<std::string> &columnNames, std::size_t flags) {
-    std::size_t count = 0;
-    for (const std::string &name : columnNames) {
-        const Kind kind = kindOf(name);
-        count += kind == Kind::value ? 1 : 0;
-        count += kind == Kind::diagnosticWord ? 1 + flags : 0;
-    }
-    return count;
-}
-
 [[noreturn]] void refuse(std::size_t count, const char *what, std::size_t maximum) {
     std::string text = "The header line asks for ";
     text.append(std::to_string(count)).append(" ").append(what);
@@ -77,26 +71,41 @@ std::size_t countValues(const std::vector<std::string> &columnNames, std::size_t
 
 } // namespace
 
-ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> &columnNames,
-                           const std::vector<std::string> &diagnosticNames) {
-    const bool hasWord = std::any_of(columnNames.begin(), columnNames.end(), [](const std::string &name) {
-        return kindOf(name) == Kind::diagnosticWord;
-    });
-    if (hasWord && diagnosticNames.size() > maximumDiagnosticNames) {
+ColumnDemand demandOf(const std::vector<std::string> &columnNames,
+                      const std::vector<std::string> &diagnosticNames) {
+    std::size_t words = 0;
+    ColumnDemand demand;
+    for (const std::string &name : columnNames) {
+        const Kind kind = kindOf(name);
+        words += kind == Kind::diagnosticWord ? 1 : 0;
+        if (kind == Kind::value) {
+            ++demand.values;
+            demand.nameBytes += name.size();
+        }
+    }
+    if (words > 0 && diagnosticNames.size() > maximumDiagnosticNames) {
         refuse(diagnosticNames.size(), "names of diagnostic bits", maximumDiagnosticNames);
     }
-    const std::size_t valueCount = countValues(columnNames, diagnosticNames.size());
-    if (valueCount > maximumValueColumns) {
-        refuse(valueCount, "value columns", maximumValueColumns);
+    for (const std::string &flag : diagnosticNames) {
+        demand.nameBytes += words * flag.size();
     }
+    demand.values += words * (1 + diagnosticNames.size());
+    if (demand.values > maximumValueColumns) {
+        refuse(demand.values, "value columns", maximumValueColumns);
+    }
+    return demand;
+}
+
+ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> &columnNames,
+                           const std::vector<std::string> &diagnosticNames) {
+    demandOf(columnNames, diagnosticNames);
     ensureSeeded();
     ColumnLayout layout;
     layout.readers.reserve(columnNames.size());
     for (const std::string &name : columnNames) {
-        noteUnitInName(name);
         FieldReader reader{kindOf(name), static_cast<std::uint32_t>(layout.valueNames.size()), 0};
         if (reader.kind == Kind::value) {
-            addValue(layout, name, unitOf(name));
+            addValue(layout, name, noteUnit(name));
         } else if (reader.kind == Kind::diagnosticWord) {
             reader.flagCount = static_cast<std::uint32_t>(diagnosticNames.size());
             addValue(layout, name, unitOf(name));

@@ -22,6 +22,16 @@ inline constexpr std::size_t maximumValueColumns = 10000;
 // with very many of them would take memory out of all proportion.
 inline constexpr std::size_t maximumDiagnosticNames = 64;
 
+// What the columns of a header line ask for.
+struct ColumnDemand {
+    std::size_t values = 0;    // value columns
+    std::size_t nameBytes = 0; // of their names, without the words' own
+};
+
+// Throws std::length_error beyond either maximum.
+ColumnDemand demandOf(const std::vector<std::string> &columnNames,
+                      const std::vector<std::string> &diagnosticNames);
+
 // Binds every column of a header line to its reader and looks up its unit; a unit in the name's parentheses
 // goes into the unit table. Throws std::length_error beyond either maximum.
 ColumnLayout layOutColumns(std::string_view tag, const std::vector<std::string> &columnNames,

@@ -1,6 +1,10 @@
 #include "data/DataFileParser.h"
 
+#include "data/MemoryAllowance.h"
+
+#include <algorithm>
 #include <exception>
+#include <stdexcept>
 
 namespace {
 
@@ -40,6 +44,7 @@ constexpr std::size_t messageTextLimit = 9999;
 // Splits at every tab; a tab at the very end adds no empty field.
 std::vector<std::string> splitFields(std::string_view text) {
     std::vector<std::string> fields;
+    fields.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\t')) + 1);
     while (!text.empty()) {
         const auto tab = text.find('\t');
         fields.emplace_back(text.substr(0, tab));
@@ -61,12 +66,28 @@ void DataFileParser::setSubFileName(std::string name) {
 
 std::shared_ptr<DataFragment> DataFileParser::parseLine(std::uint64_t offset, std::string_view line,
                                                         std::uint64_t shortfall) {
-    try {
-        return handleLine(offset, line, shortfall);
-    } catch (const std::exception &error) {
-        appendError(error.what());
+    if (hasGivenUp_) {
         return nullptr;
     }
+    allowance_->noteRead(line.size() + 1);
+    try {
+        return handleLine(offset, line, shortfall);
+    } catch (const MemoryAllowance::Exceeded &error) {
+        giveUp(error.what(), offset + shortfall);
+    } catch (const std::length_error &error) {
+        // A header line that asks for too much: one says it for all.
+        problem_ = problem_.empty() ? error.what() : problem_;
+    } catch (const std::exception &error) {
+        appendError(error.what());
+    }
+    return nullptr;
+}
+
+void DataFileParser::giveUp(std::string_view reason, std::uint64_t position) {
+    hasGivenUp_ = true;
+    const std::string where = header_.subFileName.empty() ? "the file" : "the member " + header_.subFileName;
+    problem_.append(problem_.empty() ? "" : "; ").append(reason);
+    problem_.append(". Reading ends at byte ").append(std::to_string(position)).append(" of ").append(where);
 }
 
 void DataFileParser::appendError(std::string_view what) {
@@ -86,11 +107,11 @@ std::shared_ptr<DataFragment> DataFileParser::handleLine(std::uint64_t offset, s
     for (std::size_t tag = 0; tag < recordTags; ++tag) {
         const std::string_view prefix = tagPrefixes[tag].header;
         if (line.starts_with(prefix) && line.size() > prefix.size()) {
-            return startFragment(tag, splitFields(line.substr(prefix.size())), offset + shortfall);
+            return startFragment(tag, line.substr(prefix.size()), offset + shortfall);
         }
     }
     if (line.starts_with(diagnosticNamesPrefix) && line.size() > diagnosticNamesPrefix.size()) {
-        takeDiagnosticNames(splitFields(line.substr(diagnosticNamesPrefix.size())));
+        takeDiagnosticNames(line.substr(diagnosticNamesPrefix.size()));
     } else {
         handleKeyLine(line);
     }
@@ -108,11 +129,14 @@ void DataFileParser::handleRecord(std::size_t tag, std::uint64_t offset, std::st
     current_[tag]->acceptRecord(offset, line);
 }
 
-std::shared_ptr<DataFragment>
-DataFileParser::startFragment(std::size_t tag, std::vector<std::string> columnNames, std::uint64_t position) {
+std::shared_ptr<DataFragment> DataFileParser::startFragment(std::size_t tag, std::string_view columnNames,
+                                                            std::uint64_t position) {
     foundHeader_ = true;
-    auto fragment = std::make_shared<DataFragment>(header_, std::string(tagPrefixes[tag].tag),
-                                                   std::move(columnNames), diagnosticNames_);
+    // Not given back when the zone fails: the texts are copied before, and a zone's name may have a megabyte.
+    allowance_->take(memoryOfBlock(header_, columnNames), "header lines");
+    auto fragment = std::make_shared<DataFragment>(header_, zone(), std::string(tagPrefixes[tag].tag),
+                                                   splitFields(columnNames), diagnosticNames_);
+    fragment->setAllowance(allowance_);
     fragment->setBlockBegin(position);
     if (const auto &previous = current_[tag]) {
         if (!isOfEarlierMember_[tag]) {
@@ -125,8 +149,14 @@ DataFileParser::startFragment(std::size_t tag, std::vector<std::string> columnNa
     return fragment;
 }
 
-void DataFileParser::takeDiagnosticNames(std::vector<std::string> names) {
-    diagnosticNames_ = std::make_shared<const std::vector<std::string>>(std::move(names));
+void DataFileParser::takeDiagnosticNames(std::string_view names) {
+    const std::uint64_t memory = memoryOfNames(names);
+    allowance_->take(memory, "names of bits");
+    if (diagnosticNames_.use_count() == 1) {
+        allowance_->giveBack(diagnosticNamesMemory_);
+    }
+    diagnosticNamesMemory_ = memory;
+    diagnosticNames_ = std::make_shared<const std::vector<std::string>>(splitFields(names));
     for (const std::size_t tag : {dataTag, statusTag}) {
         if (current_[tag] && !current_[tag]->columnsAreSetUp()) {
             current_[tag]->setDiagnosticNames(diagnosticNames_);
@@ -138,7 +168,20 @@ void DataFileParser::handleKeyLine(std::string_view line) {
     for (const KeyPrefix &key : keyPrefixes) {
         if (line.starts_with(key.prefix) && line.size() > key.prefix.size()) {
             header_.*key.value = line.substr(key.prefix.size());
+            if (key.value == &SourceHeader::timezone) {
+                zone_.reset();
+            }
             return;
         }
     }
+}
+
+// Loaded once for all header lines behind one key line.
+const Timezone &DataFileParser::zone() {
+    constexpr std::uint64_t rulesOfAnyZone = 4096;
+    if (!zone_) {
+        allowance_->take(rulesOfAnyZone, "time zones");
+        zone_.emplace(header_.timezone);
+    }
+    return *zone_;
 }

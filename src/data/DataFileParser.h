@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -33,6 +34,14 @@ public:
     const std::string &messageText() const { return messageText_; }
     void appendError(std::string_view what);
 
+    // Why records of the source are left out, for people; empty when none are for such a reason. Bad lines
+    // are none.
+    const std::string &problem() const { return problem_; }
+    // What the source's blocks take, as it is reckoned.
+    const MemoryAllowance &allowance() const { return *allowance_; }
+    // True when the source asks for more memory than it may take: no further line is handled.
+    bool hasGivenUp() const { return hasGivenUp_; }
+
     // True once a header line has come, be it in vain.
     bool foundHeader() const { return foundHeader_; }
 
@@ -42,19 +51,26 @@ public:
 private:
     static constexpr std::size_t recordTags = 3;
 
+    void giveUp(std::string_view reason, std::uint64_t position);
     std::shared_ptr<DataFragment> handleLine(std::uint64_t offset, std::string_view line,
                                              std::uint64_t shortfall);
     void handleRecord(std::size_t tag, std::uint64_t offset, std::string_view line);
-    std::shared_ptr<DataFragment> startFragment(std::size_t tag, std::vector<std::string> columnNames,
+    std::shared_ptr<DataFragment> startFragment(std::size_t tag, std::string_view columnNames,
                                                 std::uint64_t position);
-    void takeDiagnosticNames(std::vector<std::string> names);
+    const Timezone &zone();
+    void takeDiagnosticNames(std::string_view names);
     void handleKeyLine(std::string_view line);
 
     SourceHeader header_;
+    std::optional<Timezone> zone_; // of the header, once a block has asked for it
+    std::shared_ptr<MemoryAllowance> allowance_ = std::make_shared<MemoryAllowance>();
     DiagnosticNames diagnosticNames_ = std::make_shared<const std::vector<std::string>>();
+    std::uint64_t diagnosticNamesMemory_ = 0;
     std::array<std::shared_ptr<DataFragment>, recordTags> current_; // DATA, DATASTAT, DATABIO
     // For each of them, whether it has taken no line of the present archive member.
     std::array<bool, recordTags> isOfEarlierMember_{};
     std::string messageText_;
+    std::string problem_;
+    bool hasGivenUp_ = false;
     bool foundHeader_ = false;
 };

@@ -5,6 +5,33 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
+
+namespace {
+
+constexpr std::uint64_t stringBytes = sizeof(std::string);
+
+// What only loading needs of each value: in each accumulator its sum, compensation and extremes, and the
+// record's value.
+constexpr std::uint64_t loadingBytesOfValue =
+    (DataFragment::periods.size() * 4 + 1) * std::uint64_t{sizeof(double)};
+
+} // namespace
+
+std::uint64_t memoryOfNames(std::string_view names) {
+    // A text of more than 15 bytes has a block of its own.
+    const auto tabs = static_cast<std::uint64_t>(std::count(names.begin(), names.end(), '\t'));
+    return 2 * names.size() + (tabs + 1) * stringBytes;
+}
+
+std::uint64_t memoryOfBlock(const SourceHeader &header, std::string_view columnNames) {
+    // Beside the block itself: its state while loading, and its places in the lists of a source and of all.
+    constexpr std::uint64_t fixed = sizeof(DataFragment) + 1024;
+    const std::uint64_t headerText = header.fileName.size() + 2 * header.subFileName.size() +
+                                     header.instrument.size() + header.serialNumber.size() +
+                                     header.softwareVersion.size() + 3 * header.timezone.size();
+    return fixed + headerText + memoryOfNames(columnNames);
+}
 
 namespace {
 
@@ -14,9 +41,14 @@ constexpr std::uint32_t nanosecondsPerSecond = 1'000'000'000;
 
 DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
                            DiagnosticNames diagnosticNames)
+    : DataFragment(header, Timezone(header.timezone), std::move(tag), std::move(columnNames),
+                   std::move(diagnosticNames)) {}
+
+DataFragment::DataFragment(SourceHeader header, const Timezone &timezone, std::string tag,
+                           std::vector<std::string> columnNames, DiagnosticNames diagnosticNames)
     : header_(std::move(header)),
       tag_(std::move(tag)),
-      timezone_(header_.timezone),
+      timezone_(timezone),
       members_{{header_.subFileName, header_.memberNumber}},
       columnNames_(std::move(columnNames)),
       diagnosticNames_(std::move(diagnosticNames)),
@@ -31,9 +63,30 @@ void DataFragment::setDiagnosticNames(DiagnosticNames names) {
     diagnosticNames_ = std::move(names);
 }
 
+void DataFragment::setAllowance(std::shared_ptr<MemoryAllowance> allowance) {
+    if (loading_) {
+        loading_->allowance = std::move(allowance);
+    }
+}
+
+void DataFragment::takeMemoryForColumns() {
+    // Kept for each value: name and unit, its extremes and its reader; for all files its key and its place in
+    // the table of units.
+    constexpr std::uint64_t keptBytes = 2 * stringBytes + 2 * sizeof(double) + sizeof(FieldReader) + 224;
+    const ColumnDemand demand = demandOf(columnNames_, *diagnosticNames_);
+    const std::uint64_t keyBytes = header_.instrument.size() + tag_.size();
+    if (loading_->allowance) {
+        loading_->allowance->take(demand.values * (keptBytes + loadingBytesOfValue + keyBytes) +
+                                      4 * std::uint64_t{demand.nameBytes} +
+                                      columnNames_.size() * sizeof(FieldReader),
+                                  "columns");
+    }
+}
+
 void DataFragment::setUpColumns() {
     columnsAreSetUp_ = true;
     columnsAreRefused_ = true;
+    takeMemoryForColumns();
     layout_ = layOutColumns(tag_, columnNames_, *diagnosticNames_);
     const std::size_t columns = valueCount();
     for (std::size_t level = 0; level < periods.size(); ++level) {
@@ -84,11 +137,17 @@ void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::s
         firstOffset_ = lineOffset;
     }
     endOffset_ = lineOffset + lineLength;
+    const std::size_t indexSize = halfHourIndex_.entries().size();
     halfHourIndex_.note(record.seconds, lineOffset);
+    loading_->newPeriods += (halfHourIndex_.entries().size() - indexSize) * sizeof(HalfHourIndex::Entry);
     closePeriods(record);
     loading_->accumulators[0].add(record);
     widenStamps(record);
     ++recordCount_;
+    if (const std::uint64_t bytes = std::exchange(loading_->newPeriods, 0);
+        bytes > 0 && loading_->allowance) {
+        loading_->allowance->take(bytes, "periods");
+    }
 }
 
 void DataFragment::startPeriods(std::uint32_t utcSeconds) {
@@ -110,6 +169,7 @@ void DataFragment::closePeriods(const RecordStamp &stamp) {
         Accumulator &period = accumulators[level];
         if (period.count() > 0) {
             series_[level].append(static_cast<std::uint32_t>(end), period);
+            loading_->newPeriods += series_[level].bytesPerPeriod();
             if (level == 0) {
                 widenExtremes();
             }
@@ -174,6 +234,9 @@ const Record &DataFragment::maximumRecord() const {
 void DataFragment::finishLoading() {
     if (loading_) {
         widenExtremes();
+        if (loading_->allowance) {
+            loading_->allowance->giveBack(loading_->record.values.size() * loadingBytesOfValue);
+        }
     }
     timesDependOnOrder_ = timesDependOnOrder();
     loading_.reset();

@@ -4,6 +4,7 @@
 #include "data/AveragedSeries.h"
 #include "data/ColumnLayout.h"
 #include "data/HalfHourIndex.h"
+#include "data/MemoryAllowance.h"
 #include "data/Record.h"
 #include "data/RecordClock.h"
 #include "time/Timezone.h"
@@ -43,6 +44,12 @@ struct SourceMember {
 // many names, and very many header lines.
 using DiagnosticNames = std::shared_ptr<const std::vector<std::string>>;
 
+// What a line of names takes once it is split at its tabs.
+std::uint64_t memoryOfNames(std::string_view names);
+// What a block takes, without its columns' values and its periods, for its MemoryAllowance. The names are
+// those of its header line, with the tabs between them.
+std::uint64_t memoryOfBlock(const SourceHeader &header, std::string_view columnNames);
+
 // One block of records of one source: a header line and the record lines of its tag that follow.
 //
 // Keeps the columns, the time range, an index into the source and averages, minima and maxima at four period
@@ -57,18 +64,24 @@ public:
     // Throws Timezone::Error when the header's zone cannot be loaded.
     DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
                  DiagnosticNames diagnosticNames);
+    // In the header's zone, which has been loaded already.
+    DataFragment(SourceHeader header, const Timezone &timezone, std::string tag,
+                 std::vector<std::string> columnNames, DiagnosticNames diagnosticNames);
     DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
                  std::vector<std::string> diagnosticNames);
 
     // While loading.
 
+    // What the block takes from now on for columns and periods; without one it takes what it likes.
+    void setAllowance(std::shared_ptr<MemoryAllowance> allowance);
     // Names for the bits of the diagnostic word; they count until the first record line has come.
     void setDiagnosticNames(DiagnosticNames names);
     bool columnsAreSetUp() const { return columnsAreSetUp_; }
     // Binds the columns to their readers. Runs before the first record; throws std::length_error on a header
-    // with too many columns, whose records are then all dropped.
+    // with too many columns, whose records are then all dropped, and MemoryAllowance::Exceeded.
     void setUpColumns();
-    // Reads the record line and, when it is good, takes its record in. `lineOffset` is the line's offset in
+    // Reads the record line and, when it is good, takes its record in. Throws MemoryAllowance::Exceeded when
+    // it was the last for which there is memory. `lineOffset` is the line's offset in
     // the source as the line reader reports it.
     void acceptRecord(std::uint64_t lineOffset, std::string_view line);
     // The block's lines lie between these true offsets, the header line first: the begin in its first archive
@@ -142,8 +155,11 @@ private:
         std::array<Accumulator, periods.size()> accumulators;
         // Wider than a time, so that the last period of the range does not wrap round.
         std::array<std::uint64_t, periods.size()> pendingEnds{};
+        std::shared_ptr<MemoryAllowance> allowance; // may be null
+        std::uint64_t newPeriods = 0;               // bytes that the record being taken in has added
     };
 
+    void takeMemoryForColumns();
     void takeIn(const Record &record, std::uint64_t lineOffset, std::size_t lineLength);
     void startPeriods(std::uint32_t utcSeconds);
     void closePeriods(const RecordStamp &stamp);

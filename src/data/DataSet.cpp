@@ -71,6 +71,10 @@ std::string DataSet::messageText() const {
     return parser_ ? parser_->messageText() : std::string();
 }
 
+std::string DataSet::problem() const {
+    return parser_ ? parser_->problem() : std::string();
+}
+
 bool DataSet::foundHeader() const {
     return parser_ && parser_->foundHeader();
 }

@@ -39,6 +39,12 @@ public:
     // Call after the last line: gives back the memory that only reading needs.
     void finishLoading();
     std::string messageText() const;
+    // See DataFileParser::problem.
+    std::string problem() const;
+    // What the source takes, as it is reckoned: see MemoryAllowance.
+    std::uint64_t memoryTaken() const { return parser_ ? parser_->allowance().taken() : 0; }
+    // See DataFileParser::hasGivenUp.
+    bool hasGivenUp() const { return parser_ && parser_->hasGivenUp(); }
     // False when no header line has come: not a data file.
     bool foundHeader() const;
 

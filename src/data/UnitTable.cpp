@@ -22,6 +22,9 @@ constexpr std::array<Row, 25> analyserVariables{{
     {"MOTORACTUAL", "count"},
 }};
 
+// Far more names than all analysers use. It is never emptied: without an end, damaged files would fill it.
+constexpr std::size_t mostNames = 100000;
+
 std::map<std::string, std::string> unitTable;
 QReadWriteLock unitTableLock;
 
@@ -43,17 +46,13 @@ void ensureSeeded() {
 
 void setUnit(const std::string &columnName, const std::string &unit) {
     const WriteGuard guard(unitTableLock);
-    unitTable[columnName] = unit;
+    if (unitTable.size() < mostNames || unitTable.contains(columnName)) {
+        unitTable[columnName] = unit;
+    }
 }
 
 std::string unitOf(const std::string &columnName) {
-    {
-        const ReadGuard guard(unitTableLock);
-        const auto found = unitTable.find(columnName);
-        if (found != unitTable.end()) {
-            return found->second;
-        }
-    }
-    const WriteGuard guard(unitTableLock);
-    return unitTable[columnName];
+    const ReadGuard guard(unitTableLock);
+    const auto found = unitTable.find(columnName);
+    return found == unitTable.end() ? std::string() : found->second;
 }

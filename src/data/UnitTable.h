@@ -6,7 +6,7 @@
 // The process-wide table of units by column name.
 //
 // It starts with the variables that the analysers write without a unit in the column name and grows with
-// every column that carries one. Any thread may call any of these.
+// every column that carries one, up to 100,000 names. Any thread may call any of these.
 
 // Fills an empty table with the analysers' own variables.
 void ensureSeeded();

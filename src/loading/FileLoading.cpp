@@ -55,6 +55,7 @@ public:
             return report_;
         }
         readMembers(list);
+        note(QString::fromStdString(source_.problem()));
         source_.finishLoading();
         progress_(100, fileSize_);
         judge(list);
@@ -78,7 +79,8 @@ private:
             archive.open(QuaZip::mdUnzip);
         }
         QSet<QString> names;
-        for (auto member = list.members.begin(); member != list.members.end() && !cancelled_; ++member) {
+        ChunkLineReader reader; // one for all: its block would cost more than a small member
+        for (auto member = list.members.begin(); member != list.members.end() && !hasEnded(); ++member) {
             // A member is found by its name: of several that share one, or without one, the others cannot be
             // read.
             if (isArchive && (member->name.isEmpty() || names.contains(member->name))) {
@@ -87,7 +89,6 @@ private:
                 continue;
             }
             names.insert(member->name);
-            ChunkLineReader reader;
             readMember(*member, reader,
                        isArchive ? reader.openMember(archive, member->name) : reader.open(fileName_, {}));
         }
@@ -99,13 +100,13 @@ private:
             readLines(reader);
         }
         bytesRead_ += member.size;
-        reader.close();
+        reader.finish();
         note(reader.problem());
         state_->addProblem(reader.problem());
     }
 
     void readLines(ChunkLineReader &reader) {
-        while (!cancelled_ && reader.nextLine()) {
+        while (!hasEnded() && reader.nextLine()) {
             handleLine(reader);
             if (++linesSinceReport_ == linesBetweenReports) {
                 linesSinceReport_ = 0;
@@ -113,6 +114,8 @@ private:
             }
         }
     }
+
+    bool hasEnded() const { return cancelled_ || source_.hasGivenUp(); }
 
     void handleLine(const ChunkLineReader &reader) {
         try {

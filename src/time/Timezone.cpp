@@ -53,7 +53,7 @@ Timezone::Timezone(std::string directory, const std::string &name)
     : directory_(std::move(directory)),
       name_(name),
       isUnknown_(name == "Unknown"),
-      rules_(loadZone(directory_, name)) {}
+      rules_(std::make_shared<const ZoneRules>(loadZone(directory_, name))) {}
 
 Timezone::Timezone(const std::string &name) : Timezone(zoneDirectory, name) {}
 
@@ -99,11 +99,11 @@ std::int64_t Timezone::makeTime(std::tm &local, TimezoneInfo *info) {
 }
 
 std::string Timezone::currentAbbreviation() const {
-    if (rules_.transitions.empty()) {
-        return rules_.types.empty() ? std::string() : rules_.types.front().abbreviation;
+    if (rules_->transitions.empty()) {
+        return rules_->types.empty() ? std::string() : rules_->types.front().abbreviation;
     }
-    return cachedIndex_ < rules_.transitions.size() ? rules_.typeAt(cachedIndex_).abbreviation
-                                                    : std::string();
+    return cachedIndex_ < rules_->transitions.size() ? rules_->typeAt(cachedIndex_).abbreviation
+                                                     : std::string();
 }
 
 Timezone Timezone::fresh() const {
@@ -118,10 +118,10 @@ Timezone Timezone::fresh() const {
 // kept, for zones whose transitions all lie before 1970, such as Asia/Kolkata, get their present time that
 // way.
 const TimezoneType &Timezone::findType(std::int64_t utcSeconds) {
-    const std::vector<std::int64_t> &transitions = rules_.transitions;
+    const std::vector<std::int64_t> &transitions = rules_->transitions;
     const std::size_t count = transitions.size();
     if (count == 0) {
-        return rules_.typeWithoutTransitions();
+        return rules_->typeWithoutTransitions();
     }
     std::size_t k = cachedIndex_;
     if (k >= count || transitions[k] > utcSeconds) {
@@ -131,23 +131,23 @@ const TimezoneType &Timezone::findType(std::int64_t utcSeconds) {
         ++k;
     }
     cachedIndex_ = static_cast<std::uint32_t>(k);
-    return rules_.typeAt(k);
+    return rules_->typeAt(k);
 }
 
 // A neighbouring offset enters with its full width, not with its sign restored: beside a western offset the
 // result says nothing. Kept, so that local times convert as they always have.
 std::int64_t Timezone::foldAt(std::int64_t utcSeconds, std::int32_t offset) const {
-    const std::vector<std::int64_t> &transitions = rules_.transitions;
+    const std::vector<std::int64_t> &transitions = rules_->transitions;
     const std::size_t k = cachedIndex_;
     std::int64_t fold = 0;
     if (k > 0) {
-        const std::int64_t back = rules_.typeAt(k - 1).utcOffset - offset;
+        const std::int64_t back = rules_->typeAt(k - 1).utcOffset - offset;
         if (back > 0 && utcSeconds <= transitions[k] + back) {
             fold = -back;
         }
     }
     if (k + 1 < transitions.size()) {
-        const std::int64_t ahead = offset - rules_.typeAt(k + 1).utcOffset;
+        const std::int64_t ahead = offset - rules_->typeAt(k + 1).utcOffset;
         if (ahead > 0 && utcSeconds >= transitions[k + 1] - ahead) {
             fold = ahead;
         }

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <ctime>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -62,7 +63,7 @@ private:
     std::string directory_;
     std::string name_;
     bool isUnknown_;
-    ZoneRules rules_;
-    std::uint32_t cachedIndex_ = 0; // transition of the last UTC-to-local lookup
+    std::shared_ptr<const ZoneRules> rules_; // never null; copies share them
+    std::uint32_t cachedIndex_ = 0;          // transition of the last UTC-to-local lookup
     std::int64_t cachedOffset_ = 0; // naive estimate minus result of the last local-to-UTC conversion
 };

@@ -40,6 +40,18 @@ std::vector<Group> groupsOf(const std::set<std::string> &keys) {
     return groups;
 }
 
+// How many of the groups the table can hold, from the first one on; at least one, of which rows are left out.
+std::size_t fittingGroups(const std::vector<Group> &groups) {
+    std::size_t rows = 0;
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        rows = std::max(rows, groups[i].variables.size());
+        if (rows * (i + 1) > SummaryTableWidget::maximumCells) {
+            return std::max<std::size_t>(i, 1);
+        }
+    }
+    return groups.size();
+}
+
 QTableWidgetItem *makeItem(const Variable &variable) {
     auto *item = new QTableWidgetItem(textOf(variable.name));
     item->setData(Qt::UserRole, textOf(variable.key));
@@ -55,12 +67,18 @@ SummaryTableWidget::SummaryTableWidget(QWidget *parent) : QTableWidget(parent) {
 }
 
 void SummaryTableWidget::showVariables(const std::set<std::string> &keys) {
-    const std::vector<Group> groups = groupsOf(keys);
+    std::vector<Group> groups = groupsOf(keys);
+    const std::size_t count = groups.size();
+    groups.resize(fittingGroups(groups));
     std::size_t rows = 0;
     QStringList titles;
-    for (const Group &group : groups) {
+    for (Group &group : groups) {
+        group.variables.resize(std::min(group.variables.size(), maximumCells));
         rows = std::max(rows, group.variables.size());
         titles += textOf(group.title);
+    }
+    if (groups.size() < count) {
+        titles += tr("%1 more are not shown").arg(count - groups.size());
     }
     if (titles.isEmpty()) {
         titles += tr("Variable");

@@ -2,6 +2,7 @@
 
 #include <QTableWidget>
 
+#include <cstddef>
 #include <set>
 #include <string>
 
@@ -11,6 +12,10 @@ class SummaryTableWidget : public QTableWidget {
     Q_OBJECT
 
 public:
+    // Every row of every group is a cell. Damaged files may name a million groups, or variables: those that
+    // do not fit are left out, and a last column says of how many groups.
+    static constexpr std::size_t maximumCells = 1000000;
+
     explicit SummaryTableWidget(QWidget *parent = nullptr);
 
     // Shows these variable keys in place of what was shown; those without two ":" are left out.

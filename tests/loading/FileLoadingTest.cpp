@@ -497,3 +497,17 @@ TEST_F(FileLoading, OfMembersWithOneNameTheFirstIsReadAndTheOthersAreAProblem) {
     EXPECT_EQ(loaded.recordCounts(), Counts{30});
     EXPECT_TRUE(loaded.report.problem.contains("1.data")) << qPrintable(loaded.report.problem);
 }
+
+TEST_F(FileLoading, AFileThatAsksForTooMuchMemoryEndsThereWithAProblemThatSaysWhere) {
+    std::string text =
+        "Instrument:\t" + std::string(1000000, 'Q') + "\nDATAH\tSECONDS\tA\nDATA\t1\t5\nDATA\t2\t5\n";
+    for (int i = 0; i < 1000; ++i) {
+        text += "DATAH\tA\n";
+    }
+    const Loaded loaded = load(folder.write("greedy.data", text));
+    const QString &problem = loaded.report.problem;
+    EXPECT_TRUE(problem.startsWith("Too many header lines for the size of the file: "))
+        << qPrintable(problem);
+    EXPECT_TRUE(problem.contains("Reading ends at byte 1002")) << qPrintable(problem);
+    EXPECT_EQ(loaded.data.fragments().front().recordCount(), 2U);
+}

@@ -64,6 +64,26 @@ private Q_SLOTS:
         QCOMPARE(table.rowCount(), 0);
     }
 
+    // A cell for each row of each group would take gigabytes.
+    void groupsThatDoNotFitAreLeftOutAndCounted() {
+        SummaryTableWidget table;
+        std::set<std::string> keys;
+        for (int i = 0; i < 1000; ++i) {
+            keys.insert("a:b:" + std::to_string(i));
+            keys.insert("c" + std::to_string(1000 + i) + ":d:x");
+        }
+        table.showVariables(keys);
+        QCOMPARE(table.rowCount(), 1000);
+        QCOMPARE(table.columnCount(), 1001);
+        QCOMPARE(table.horizontalHeaderItem(999)->text(), "c1998:d");
+        QCOMPARE(table.horizontalHeaderItem(1000)->text(), "1 more are not shown");
+        QVERIFY(table.item(0, 1000) == nullptr);
+        keys.erase("c1000:d:x");
+        table.showVariables(keys);
+        QCOMPARE(table.columnCount(), 1000);
+        QCOMPARE(table.horizontalHeaderItem(999)->text(), "c1999:d");
+    }
+
     void theNameMayHoldFurtherColonsAndBeEmpty() {
         SummaryTableWidget table;
         table.showVariables({"QA330:DATA:", "QA330:DATA:DIAG:PUMPON", "::n"});

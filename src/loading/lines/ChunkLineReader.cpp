@@ -49,7 +49,7 @@ ChunkLineReader::~ChunkLineReader() {
 }
 
 bool ChunkLineReader::open(const QString &path, const QString &member, qint64 startOffset) {
-    close();
+    finish();
     problem_.clear();
     // Opening a pipe would wait for its writer.
     if (!QFileInfo(path).isFile()) {
@@ -81,7 +81,7 @@ bool ChunkLineReader::openInArchive(const QString &path, const QString &member, 
 }
 
 bool ChunkLineReader::openMember(QuaZip &archive, const QString &member, qint64 startOffset) {
-    close();
+    finish();
     // Opening no file at all would be answered with a line on standard error.
     if (!archive.setCurrentFile(member)) {
         problem_ = cannotBeOpened(member);
@@ -106,12 +106,14 @@ bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 start
 }
 
 void ChunkLineReader::start(std::unique_ptr<QIODevice> device, const QString &member, qint64 startOffset) {
-    close();
+    finish();
     member_ = member;
     problem_.clear();
     ended_ = false;
     shortfall_ = 0;
-    memory_.reset(static_cast<char *>(std::calloc(static_cast<std::size_t>(spareByte + blockSize), 1)));
+    if (!memory_) {
+        memory_.reset(static_cast<char *>(std::calloc(static_cast<std::size_t>(spareByte + blockSize), 1)));
+    }
     if (!memory_) {
         throw std::bad_alloc();
     }
@@ -281,6 +283,12 @@ bool ChunkLineReader::skip(qint64 count) {
 }
 
 void ChunkLineReader::close() {
+    finish();
+    memory_.reset();
+    buffer_ = nullptr;
+}
+
+void ChunkLineReader::finish() {
     if (device_) {
         device_->close();
         // A wrong check sum of a member shows only here, after all its bytes have come.
@@ -292,7 +300,5 @@ void ChunkLineReader::close() {
         member_.clear();
     }
     archive_.reset();
-    memory_.reset();
-    buffer_ = nullptr;
     dataEnd_ = lineBegin_ = lineEnd_ = next_ = nullptr;
 }
