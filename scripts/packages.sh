@@ -18,7 +18,9 @@ test_packages=(
 )
 
 # What only scripts/test --slow needs.
-slow_test_packages=()
+slow_test_packages=(
+    python3 python3-numpy python3-pandas r-base-core r-cran-data.table gawk mawk sqlite3 # recipes for our files
+)
 
 benchmark_packages=(libbenchmark-dev)
 
