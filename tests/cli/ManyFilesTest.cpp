@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::uint32_t files = 3000;
+constexpr std::uint32_t files = 2000;
 constexpr std::uint32_t firstSecond = 1'559'415'600;
 
 // Names without padding, so that the order of names is not that of writing.
