@@ -25,6 +25,7 @@ test_packages=(
 slow_test_packages=(
     dpkg-dev file lintian desktop-file-utils appstream # the Debian package, and what checks it
     debootstrap inotify-tools xdotool # a clean system to install it into, and what happens there
+    python3 python3-numpy python3-pandas r-base-core r-cran-data.table gawk mawk sqlite3 # recipes for our files
 )
 
 benchmark_packages=(libbenchmark-dev)
