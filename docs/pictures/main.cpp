@@ -3,6 +3,7 @@
 // The files are those of one analyser over a day and a QA-330's, and some that have something wrong;
 // scripts/pictures makes them. The zones are in the folder zoneinfo below the working folder.
 
+#include "Album.h"
 #include "loading/QDataSet.h"
 #include "plot/PlotDialog.h"
 #include "plot/PlotZoomer.h"
@@ -30,26 +31,6 @@
 #include <tuple>
 
 namespace {
-
-class Album {
-public:
-    explicit Album(QString folder) : folder_(std::move(folder)) {}
-
-    // Of the whole window, or of its upper part.
-    void take(QWidget &window, const QString &name, int height = -1) const {
-        QCoreApplication::processEvents();
-        const QString path = folder_ + QLatin1Char('/') + name + QStringLiteral(".png");
-        constexpr int smallest = 0; // of all qualities of a PNG: the same picture in the fewest bytes
-        if (!window.grab(QRect(0, 0, window.width(), height < 0 ? window.height() : height))
-                 .save(path, "PNG", smallest)) {
-            throw std::runtime_error("cannot write " + path.toStdString());
-        }
-        std::cout << path.toStdString() << '\n';
-    }
-
-private:
-    QString folder_;
-};
 
 constexpr int partOfWindow = 190; // pixels, where there is nothing to see below
 

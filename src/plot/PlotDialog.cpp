@@ -1,6 +1,7 @@
 #include "plot/PlotDialog.h"
 
 #include "loading/QDataSet.h"
+#include "plot/PlotAccessibility.h"
 #include "plot/PlotPicture.h"
 #include "plot/PlotZoomer.h"
 #include "plot/TimeSeriesPlot.h"
@@ -22,6 +23,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
+#include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <qwt_legend.h>
@@ -45,6 +47,7 @@ QLineEdit *makeYEdit(const QString &accessibleName) {
     validator->setLocale(locale);
     edit->setValidator(validator);
     edit->setAccessibleName(accessibleName);
+    edit->setAccessibleDescription(PlotDialog::tr("A number with a decimal point; Return applies it"));
     // A variable dropped here is meant for the plot.
     edit->setAcceptDrops(false);
     return edit;
@@ -54,6 +57,18 @@ std::optional<double> numberIn(const QLineEdit &edit) {
     bool isNumber = false;
     const double number = edit.text().toDouble(&isNumber);
     return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+// The curves have the colours of ink on paper. In a dark window the texts around them need a light sheet,
+// too.
+void adaptToDesktop(QwtPlot &plot, const QPalette &desktop) {
+    constexpr int dark = 128; // of 255
+    constexpr int margin = 6;
+    const bool isDark = desktop.color(QPalette::Window).lightness() < dark;
+    const int border = isDark ? margin : 0;
+    plot.setPalette(isDark ? QPalette(QColor(239, 239, 239)) : QPalette());
+    plot.setAutoFillBackground(isDark);
+    plot.setContentsMargins(border, border, border, border);
 }
 
 QString yText(double value) {
@@ -75,11 +90,14 @@ PlotDialog::PlotDialog(QWidget *parent, const QDataSet *dataSet, const QString &
     setWindowTitle(tr("File Viewer"));
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
 
+    adaptToDesktop(*plot_, palette());
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(plot_, 1);
     layout->addLayout(makeControls());
     makeActions();
     connectAll();
+    describeForScreenReaders(*plot_);
+    qobject_cast<QwtPlotCanvas *>(plot_->canvas())->setFocusIndicator(QwtPlotCanvas::CanvasFocusIndicator);
 
     zoomer_->restart(withArea(plot_->wholeRect()));
     plot_->restartLabels();
@@ -108,10 +126,13 @@ QBoxLayout *PlotDialog::makeControls() {
     horizontalButton_ = makeToolButton(scaleHorizontalIcon(), tr("Auto scale horizontally"));
     verticalButton_ = makeToolButton(scaleVerticalIcon(), tr("Auto scale vertically"));
     yRangeButton_ = new QPushButton(tr("Ymin Ymax"));
+    yRangeButton_->setAccessibleDescription(tr("Shows the range between the two values on the left axis"));
     yMinimumEdit_ = makeYEdit(tr("Lowest value of the left axis"));
     yMaximumEdit_ = makeYEdit(tr("Highest value of the left axis"));
     printButton_ = new QPushButton(tr("Print..."));
+    printButton_->setAccessibleDescription(tr("Prints the plot, as Ctrl+P does"));
     closeButton_ = new QPushButton(tr("Close"));
+    closeButton_->setAccessibleDescription(tr("Closes this window, as Escape does"));
 
     auto *row = new QHBoxLayout;
     for (QToolButton *button :
@@ -129,14 +150,15 @@ QBoxLayout *PlotDialog::makeControls() {
 
 // What the context menu offers, by the keys that people try.
 void PlotDialog::makeActions() {
-    const auto add = [this](const QString &text, const QKeySequence &keys, const char *slot) {
+    const auto add = [this](const QString &text, const QList<QKeySequence> &keys, const char *slot) {
         auto *action = new QAction(text, this);
-        action->setShortcut(keys);
+        action->setShortcuts(keys);
         connect(action, SIGNAL(triggered()), slot);
         addAction(action);
         return action;
     };
-    const auto addZoom = [this, &add](QToolButton *button, const QKeySequence &keys, const char *slot) {
+    const auto addZoom = [this, &add](QToolButton *button, const QList<QKeySequence> &keys,
+                                      const char *slot) {
         QAction *action = add(button->toolTip(), keys, slot);
         action->setIcon(button->icon());
         action->setEnabled(false);
@@ -147,17 +169,18 @@ void PlotDialog::makeActions() {
         separator->setSeparator(true);
         addAction(separator);
     };
-    add(tr("Copy picture"), QKeySequence::Copy, SLOT(copyPicture()));
-    add(tr("Save picture..."), QKeySequence::Save, SLOT(savePicture()));
-    add(tr("Print..."), QKeySequence::Print, SLOT(OnPrintClicked()));
+    add(tr("Copy picture"), {QKeySequence::Copy}, SLOT(copyPicture()));
+    add(tr("Save picture..."), {QKeySequence::Save}, SLOT(savePicture()));
+    add(tr("Print..."), {QKeySequence::Print}, SLOT(OnPrintClicked()));
     addSeparator();
-    addZoom(previousButton_, QKeySequence(QStringLiteral("Alt+Left")), SLOT(OnZoomLeft()));
-    addZoom(nextButton_, QKeySequence(QStringLiteral("Alt+Right")), SLOT(OnZoomRight()));
+    addZoom(previousButton_, {QStringLiteral("Alt+Left"), QStringLiteral("-")}, SLOT(OnZoomLeft()));
+    addZoom(nextButton_, {QStringLiteral("Alt+Right"), QStringLiteral("+")}, SLOT(OnZoomRight()));
     addZoom(fullButton_, {}, SLOT(OnAutoScaleFull()));
     addZoom(horizontalButton_, {}, SLOT(OnAutoScaleHorizontal()));
     addZoom(verticalButton_, {}, SLOT(OnAutoScaleVertical()));
     addSeparator();
-    add(tr("Close"), Qt::Key_Escape, SLOT(giveUpOrClose()));
+    add(tr("Close"), {Qt::Key_Escape}, SLOT(giveUpOrClose()));
+    connect(new QShortcut(QStringLiteral("Ctrl+W"), this), SIGNAL(activated()), SLOT(close()));
 }
 
 void PlotDialog::connectAll() {
@@ -300,6 +323,13 @@ void PlotDialog::OnYMinMaxApplyClicked() {
     zoomer_->zoom(withArea(withValues(rect, {low, high})));
 }
 
+void PlotDialog::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        adaptToDesktop(*plot_, palette());
+    }
+}
+
 void PlotDialog::dragEnterEvent(QDragEnterEvent *event) {
     if (event->mimeData()->hasFormat(QStringLiteral("text/plain"))) {
         event->acceptProposedAction();
@@ -315,6 +345,7 @@ void PlotDialog::dropEvent(QDropEvent *event) {
     const bool wasEmpty = plot_->wholeRange().isEmpty();
     const bool isOnRightHalf = event->pos().x() > width() / 2;
     plot_->addVariable(key, isOnRightHalf ? TimeSeriesPlot::Side::right : TimeSeriesPlot::Side::left);
+    describeForScreenReaders(*plot_);
     extendZoomBase(wasEmpty);
     plot_->replot();
 }

@@ -56,6 +56,20 @@ QwtText PlotZoomer::trackerTextF(const QPointF &at) const {
     return text;
 }
 
+// The text's size is measured a little short where fonts are scaled: its last digit needs some room.
+QRect PlotZoomer::trackerRect(const QFont &font) const {
+    constexpr int room = 4;
+    QRect rect = QwtPlotZoomer::trackerRect(font);
+    if (!rect.isValid()) {
+        return rect;
+    }
+    rect.adjust(-room, 0, room, 0);
+    const QRect canvasRect = canvas()->rect();
+    rect.moveRight(std::min(rect.right(), canvasRect.right()));
+    rect.moveLeft(std::max(rect.left(), canvasRect.left()));
+    return rect;
+}
+
 QString PlotZoomer::timeText(double utcSeconds) const {
     constexpr double showsHundredths = 600; // s
     constexpr int tmYearBase = 1900;

@@ -30,6 +30,7 @@ protected:
     void rescale() override;
     QSizeF minZoomSize() const override;
     QwtText trackerTextF(const QPointF &at) const override;
+    QRect trackerRect(const QFont &font) const override;
 
 private:
     QString timeText(double utcSeconds) const;

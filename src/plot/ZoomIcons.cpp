@@ -1,8 +1,10 @@
 #include "plot/ZoomIcons.h"
 
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 
 namespace {
 
@@ -13,11 +15,19 @@ struct Colours {
     QColor glass;
 };
 
+bool isDesktopDark() {
+    constexpr int dark = 128; // of 255
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < dark;
+}
+
 Colours coloursOf(QIcon::Mode mode) {
+    const bool isDark = isDesktopDark();
     if (mode == QIcon::Disabled) {
-        return {QColor(170, 170, 170), QColor(190, 190, 190)};
+        return isDark ? Colours{QColor(88, 92, 97), QColor(80, 84, 89)}
+                      : Colours{QColor(170, 170, 170), QColor(190, 190, 190)};
     }
-    return {QColor(32, 92, 190), QColor(110, 115, 122)};
+    return isDark ? Colours{QColor(84, 150, 240), QColor(175, 180, 187)}
+                  : Colours{QColor(32, 92, 190), QColor(110, 115, 122)};
 }
 
 using Drawing = void (*)(QPainter &painter, const Colours &colours);

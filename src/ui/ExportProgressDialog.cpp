@@ -3,6 +3,8 @@
 #include "loading/QDataSet.h"
 
 #include <QApplication>
+#include <QProgressBar>
+#include <QPushButton>
 
 #include <limits>
 
@@ -25,6 +27,9 @@ ExportProgressDialog::ExportProgressDialog(QWidget *parent, const QDataSet &data
     // A clock that is set back reaches the end more than once.
     setAutoReset(false);
     setAutoClose(false);
+    findChild<QProgressBar *>()->setAccessibleName(tr("Export"));
+    findChild<QProgressBar *>()->setAccessibleDescription(tr("How much of the data is written"));
+    findChild<QPushButton *>()->setAccessibleDescription(tr("Ends the export; what is written stays"));
     setValue(0);
     QApplication::setOverrideCursor(Qt::BusyCursor);
     QCoreApplication::processEvents();

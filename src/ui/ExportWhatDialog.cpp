@@ -61,6 +61,7 @@ ExportWhatDialog::ExportWhatDialog(QWidget *parent, std::uint32_t timeColumns)
     timeColumns_->setEnabled(false);
     exportButton_->setEnabled(false);
     connectAll();
+    describeControls();
     setFileName("export");
 }
 
@@ -104,6 +105,20 @@ QBoxLayout *ExportWhatDialog::makeButtonRow() {
     browseButton_->setAutoDefault(false);
     exportButton_->setDefault(true);
     return row;
+}
+
+void ExportWhatDialog::describeControls() {
+    list_->setAccessibleDescription(tr("Instruments and kinds of record that the open files hold"));
+    fileName_->setAccessibleDescription(tr("Path of the file to be written"));
+    browseButton_->setAccessibleDescription(tr("Chooses the file to be written"));
+    fileType_->setAccessibleDescription(tr("Format of the file to be written"));
+    fileSplit_->setAccessibleDescription(tr("Time that each file covers when the export is split"));
+    timeColumns_->setAccessibleDescription(tr("Columns of a text file that tell the time"));
+    for (QCheckBox *box : timeColumnBoxes_) {
+        box->setAccessibleDescription(tr("A column of a text file that tells the time"));
+    }
+    cancelButton_->setAccessibleDescription(tr("Closes this window and writes nothing"));
+    exportButton_->setAccessibleDescription(tr("Writes the file"));
 }
 
 void ExportWhatDialog::connectAll() {

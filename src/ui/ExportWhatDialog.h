@@ -50,6 +50,7 @@ private:
     QGroupBox *makeTimeColumns(std::uint32_t checked);
     QBoxLayout *makeButtonRow();
     void connectAll();
+    void describeControls();
 
     std::string selectedItem() const;
     std::string extension() const;

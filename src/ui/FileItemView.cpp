@@ -1,5 +1,7 @@
 #include "ui/FileItemView.h"
 
+#include "ui/EmptyHint.h"
+
 #include <algorithm>
 #include <functional>
 
@@ -27,6 +29,13 @@ std::vector<int> FileItemView::selectedRowsFromBottom() const {
     std::sort(rows.begin(), rows.end(), std::greater<>());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
+}
+
+void FileItemView::paintEvent(QPaintEvent *event) {
+    QListView::paintEvent(event);
+    if (model() != nullptr && model()->rowCount() == 0) {
+        drawEmptyHint(*this, tr("Drop files here or choose them with +"));
+    }
 }
 
 void FileItemView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-// The list of files.
+// The list of files. Tells how to add some while there are none.
 class FileItemView : public QListView {
     Q_OBJECT
 
@@ -21,5 +21,6 @@ Q_SIGNALS:
     void SelectionChanged(const QModelIndex &current, const QModelIndex &previous);
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 };

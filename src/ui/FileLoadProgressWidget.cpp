@@ -15,6 +15,8 @@ QString barFormat(int remainingFiles) {
 FileLoadProgressWidget::FileLoadProgressWidget(QWidget *parent) : QWidget(parent), bar_(new QProgressBar) {
     auto *label = new QLabel(tr("Load Data Files"));
     label->setBuddy(bar_);
+    bar_->setAccessibleName(label->text());
+    bar_->setAccessibleDescription(tr("How much of all files is loaded, and how many are not yet"));
     bar_->setOrientation(Qt::Horizontal);
     bar_->setRange(0, 100);
     bar_->setFormat(barFormat(0));

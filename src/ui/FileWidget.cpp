@@ -13,12 +13,19 @@ FileWidget::FileWidget(QWidget *parent, QDataSet *dataSet) : QTabWidget(parent),
     auto *progress = new FileLoadProgressWidget;
     messages_->setReadOnly(true);
     messages_->setUndoRedoEnabled(false);
+    // With a cursor, which the keyboard and a screen reader can move over the lines.
+    messages_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    messages_->setPlaceholderText(tr("What is wrong with a file or an export shows here"));
     messages_->setAccessibleName(tr("Messages"));
+    messages_->setAccessibleDescription(tr("What was wrong with files and exports, the newest last"));
     keepNewestMessageInView();
 
     addTab(progress, tr("Progress"));
     addTab(new SummaryWidget(nullptr, dataSet), tr("Variables"));
     addTab(messages_, tr("Messages"));
+
+    setAccessibleName(tr("All files"));
+    setAccessibleDescription(tr("Pages about all files together; the arrow keys change the page"));
 
     connect(dataSet, SIGNAL(Message(QString, QString)), SLOT(OnDataSetMessage(QString, QString)));
     connect(dataSet, SIGNAL(Progress(QString, int, qint64)), progress,

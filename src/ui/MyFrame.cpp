@@ -7,12 +7,12 @@
 #include "ui/AboutWidget.h"
 #include "ui/ExportProgressDialog.h"
 #include "ui/ExportWhatDialog.h"
+#include "ui/FileIcons.h"
 #include "ui/FileItemModel.h"
 #include "ui/FileItemView.h"
 #include "ui/FileWidget.h"
 #include "ui/HelpDocument.h"
-#include "ui/icons/add.xpm"
-#include "ui/icons/remove.xpm"
+#include "ui/WindowKeys.h"
 
 #include <QCloseEvent>
 #include <QDesktopServices>
@@ -22,7 +22,6 @@
 #include <QHBoxLayout>
 #include <QMimeData>
 #include <QPushButton>
-#include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -34,13 +33,13 @@
 
 namespace {
 
-QToolButton *makeToolButton(const QString &text, const char *const *icon) {
+QToolButton *makeToolButton(const QString &text, const QIcon &icon) {
     auto *button = new QToolButton;
     button->setAutoRaise(true);
     button->setToolTip(text);
     button->setAccessibleName(text);
     button->setIconSize({22, 22});
-    button->setIcon(QPixmap(icon));
+    button->setIcon(icon);
     return button;
 }
 
@@ -54,8 +53,8 @@ MyFrame::MyFrame(const QString &displayName, const QString &applicationPath, QWi
       pages_(new QStackedWidget),
       fileWidget_(new FileWidget(nullptr, model_->dataSet())),
       aboutWidget_(new AboutWidget),
-      addButton_(makeToolButton(tr("Add a file"), add_xpm)),
-      removeButton_(makeToolButton(tr("Remove a file"), remove_xpm)),
+      addButton_(makeToolButton(tr("Add a file"), addFileIcon())),
+      removeButton_(makeToolButton(tr("Remove a file"), removeFileIcon())),
       exportButton_(new QPushButton(tr("Export..."))),
       helpButton_(new QPushButton(tr("Help..."))),
       closeButton_(new QPushButton(tr("Close"))),
@@ -66,7 +65,6 @@ MyFrame::MyFrame(const QString &displayName, const QString &applicationPath, QWi
 
     view_->setModel(model_);
     view_->setMinimumWidth(200);
-    view_->setAccessibleName(tr("Files"));
     pages_->setMinimumSize(480, 360);
     pages_->addWidget(aboutWidget_);
     pages_->addWidget(fileWidget_);
@@ -83,6 +81,8 @@ MyFrame::MyFrame(const QString &displayName, const QString &applicationPath, QWi
     layout->addLayout(makeButtonRow());
 
     connectAll();
+    addKeysOfFrame(*this, *view_);
+    describeControls();
     updateExportButton();
 }
 
@@ -105,7 +105,6 @@ void MyFrame::connectAll() {
     }
     connect(exportButton_, SIGNAL(clicked(bool)), SLOT(OnExportFile()));
     connect(helpButton_, SIGNAL(clicked(bool)), SLOT(OnHelp()));
-    addHelpKey(this);
     connect(aboutWidget_, SIGNAL(OpenFile()), SLOT(OnOpenFile()));
     connect(view_, SIGNAL(SelectionChanged(QModelIndex, QModelIndex)),
             SLOT(OnSelectionChanged(QModelIndex, QModelIndex)));
@@ -116,11 +115,15 @@ void MyFrame::connectAll() {
     connect(model_, SIGNAL(PostHandleFileRemoved(QString)), SLOT(OnPostFileRemoved(QString)));
 }
 
-// In every window of the program but those that others are modal to: these ask for a key of their own.
-void MyFrame::addHelpKey(QWidget *window) {
-    auto *key = new QShortcut(QKeySequence::HelpContents, window);
-    key->setContext(window == this ? Qt::ApplicationShortcut : Qt::WindowShortcut);
-    connect(key, SIGNAL(activated()), this, SLOT(OnHelp()));
+void MyFrame::describeControls() {
+    view_->setAccessibleName(tr("Files"));
+    view_->setAccessibleDescription(tr("The files that are open. Delete removes those that are selected."));
+    addButton_->setAccessibleDescription(tr("Asks for files and opens them, as Ctrl+O does"));
+    removeButton_->setAccessibleDescription(tr("Closes the files that are selected in the list"));
+    exportButton_->setAccessibleDescription(
+        tr("Writes what the files hold to a file of another kind, as Ctrl+E does"));
+    helpButton_->setAccessibleDescription(tr("Opens the manual, as F1 does"));
+    closeButton_->setAccessibleDescription(tr("Closes the program, as Ctrl+Q does"));
 }
 
 void MyFrame::AddFiles(const QStringList &paths) {
@@ -133,6 +136,7 @@ void MyFrame::AddFiles(const QStringList &paths) {
 
 void MyFrame::OnOpenFile() {
     QFileDialog dialog(this);
+    addKeysOfDialog(dialog, *this);
     dialog.setFileMode(QFileDialog::ExistingFiles);
     dialog.setViewMode(QFileDialog::Detail);
     if (dialog.exec() == QDialog::Accepted) {
@@ -164,7 +168,7 @@ void MyFrame::OnExportFile() {
     }
     if (exportDialog_ == nullptr) {
         exportDialog_ = new ExportWhatDialog(this, timeColumns_);
-        addHelpKey(exportDialog_);
+        addKeysOfDialog(*exportDialog_, *this);
     }
     exportDialog_->fillList(groups);
     if (exportDialog_->exec() != QDialog::Accepted) {
@@ -213,6 +217,7 @@ void MyFrame::exportData(int fileType, const std::string &item, const std::strin
     isExporting_ = true; // already now: the progress dialog processes events while it is made
     try {
         ExportProgressDialog progress(this, *model_->dataSet(), instrument);
+        addKeysOfDialog(progress, *this);
         exportProgress_ = &progress;
         if (!closeAfterExport_) {
             runExport(source, {exportFormatOf(fileType), targetName, timeColumns_, splitPeriod}, progress);

@@ -65,7 +65,7 @@ protected:
 private:
     QHBoxLayout *makeButtonRow();
     void connectAll();
-    void addHelpKey(QWidget *window);
+    void describeControls();
     void updateExportButton();
     std::set<std::string> exportableGroups() const;
     FileNames protectedFiles();

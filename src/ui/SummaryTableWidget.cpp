@@ -1,6 +1,10 @@
 #include "ui/SummaryTableWidget.h"
 
 #include "data/VariableKey.h"
+#include "ui/EmptyHint.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
 
 #include <algorithm>
 #include <string_view>
@@ -63,6 +67,12 @@ QTableWidgetItem *makeItem(const Variable &variable) {
 
 SummaryTableWidget::SummaryTableWidget(QWidget *parent) : QTableWidget(parent) {
     setToolTip(tr("Double-click or Drag to plot"));
+    setTabKeyNavigation(false);
+    setAccessibleName(tr("Variables"));
+    setAccessibleDescription(
+        tr("One column for each instrument and kind of record. Return plots the variable."));
+    horizontalHeader()->setAccessibleName(tr("Instruments and kinds of record"));
+    verticalHeader()->setAccessibleName(tr("Row numbers"));
     showVariables({});
 }
 
@@ -95,6 +105,23 @@ void SummaryTableWidget::showVariables(const std::set<std::string> &keys) {
     }
     setHorizontalHeaderLabels(titles);
     resizeColumnsToContents();
+}
+
+// An empty cell has nothing to plot, and a key held down would open one window after the other.
+void SummaryTableWidget::keyPressEvent(QKeyEvent *event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn || currentItem() == nullptr) {
+        QTableWidget::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        Q_EMIT cellDoubleClicked(currentRow(), currentColumn());
+    }
+}
+
+void SummaryTableWidget::paintEvent(QPaintEvent *event) {
+    QTableWidget::paintEvent(event);
+    if (rowCount() == 0) {
+        drawEmptyHint(*this, tr("The variables of the files that you add show here"));
+    }
 }
 
 // Not the table's own selecting of further cells: a variable is being dragged out.

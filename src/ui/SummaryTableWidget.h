@@ -8,6 +8,8 @@
 
 // The table of variables: one column for each instrument and tag, holding the names of its variables from the
 // top down. A cell's user-role text is its whole variable key.
+//
+// Return on a variable counts as a double-click. Tab leaves the table; arrow keys walk its cells.
 class SummaryTableWidget : public QTableWidget {
     Q_OBJECT
 
@@ -25,5 +27,7 @@ Q_SIGNALS:
     void GotMouseMoveEvent(QMouseEvent *event);
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
 };

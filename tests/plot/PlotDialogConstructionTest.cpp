@@ -194,6 +194,25 @@ private Q_SLOTS:
         QCOMPARE(PlotWindow(*data_, "GB:DATA:X").yTexts(), "-1.5 to 0.475309");
     }
 
+    void theTextsAroundThePlotAreLegibleOnADarkDesktopToo() {
+        PlotWindow window(*data_, key);
+        const QPalette light = QApplication::palette();
+        const auto contrast = [&window](const QColor &ink) {
+            const QColor paper = window.plot().palette().color(QPalette::Window);
+            return std::abs(paper.lightness() - ink.lightness());
+        };
+        const auto axisInk = [&window] { return window.plot().palette().color(QPalette::WindowText); };
+        for (const QPalette &desktop : {QPalette(QColor(49, 54, 59), QColor(42, 46, 50)), light}) {
+            QApplication::setPalette(desktop); // as when the desktop changes while the window is open
+            QVERIFY(contrast(axisInk()) > 150);
+            QVERIFY(contrast(Qt::black) > 150);
+            QVERIFY(contrast(Qt::red) > 100);
+            QVERIFY(contrast(Qt::blue) > 100);
+            const bool isDark = desktop.color(QPalette::Window).lightness() < 128;
+            QCOMPARE(window.plot().autoFillBackground(), isDark);
+        }
+    }
+
     void thePlotHasTheFocus() {
         PlotWindow window(*data_, key);
         QVERIFY(window.show());

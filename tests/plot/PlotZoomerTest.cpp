@@ -18,6 +18,8 @@ class ReachableZoomer : public PlotZoomer {
 public:
     using PlotZoomer::minZoomSize;
     using PlotZoomer::PlotZoomer;
+    using PlotZoomer::trackerRect;
+    using PlotZoomer::trackerText;
     using PlotZoomer::trackerTextF;
 
     QString readOut(double utcSeconds, double value = 0) const {
@@ -156,6 +158,24 @@ private Q_SLOTS:
         QCOMPARE(plot.zoomer.readOut(0, -0.5), "1970-01-01 00:00:00   -0.5");
         plot.zoomer.zoom(QRectF(1000, 4000, 1000, 0.01));
         QCOMPARE(plot.zoomer.readOut(0, 4000.001234), "1970-01-01 00:00:00   4000.00123");
+    }
+
+    void theReadOutHasRoomForItsLastDigitAlsoAtTheEdgeOfTheCanvas() {
+        ZoomedPlot plot;
+        plot.plot.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&plot.plot));
+        QWidget &canvas = *plot.plot.canvas();
+        const QPoint middle(canvas.width() / 2, canvas.height() / 2);
+        for (const QPoint &at : {middle, QPoint(canvas.width() - 5, 5), QPoint(5, canvas.height() - 5)}) {
+            QMouseEvent move(QEvent::MouseMove, at, canvas.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                             Qt::NoModifier);
+            QCoreApplication::sendEvent(&canvas, &move);
+            const QRect rect = plot.zoomer.trackerRect(canvas.font());
+            const QString text = plot.zoomer.trackerText(at).text();
+            QVERIFY2(rect.isValid(), qPrintable(QString::number(at.x())));
+            QVERIFY(rect.width() >= QFontMetrics(canvas.font()).horizontalAdvance(text) + 8);
+            QVERIFY(canvas.rect().contains(rect));
+        }
     }
 
     void givingUpARectangleLeavesTheHistoryAlone() {

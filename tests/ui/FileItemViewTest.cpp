@@ -1,6 +1,7 @@
 #include "ui/FileItemView.h"
 
 #include "ui/MetaObjectLists.h"
+#include "ui/WrittenOn.h"
 
 #include <QSignalSpy>
 #include <QStringListModel>
@@ -49,6 +50,16 @@ private Q_SLOTS:
 
         view.selectAll();
         QCOMPARE(view.selectedRowsFromBottom(), (std::vector<int>{5, 4, 3, 2, 1, 0}));
+    }
+
+    void theListTellsHowToAddFilesWhileItIsEmpty() {
+        QStringListModel model;
+        FileItemView view;
+        QVERIFY(!isWrittenOn(view));
+        view.setModel(&model);
+        QVERIFY(isWrittenOn(view));
+        model.setStringList({"a"});
+        QVERIFY(!isWrittenOn(view));
     }
 };
 

@@ -181,6 +181,24 @@ private Q_SLOTS:
         }
     }
 
+    void theIconsAreDrawnAnewForAScreenOfTwiceThePixels() {
+        const FrameWindow parts;
+        for (const QString name : {"Add a file", "Remove a file"}) {
+            const QIcon icon = parts.toolButton(name)->icon();
+            const QImage sharp = icon.pixmap(44, 44).toImage();
+            QCOMPARE(sharp.size(), QSize(44, 44));
+            bool isEnlarged = true; // each pixel stands four times
+            for (int y = 0; y < 44; ++y) {
+                for (int x = 0; x < 44; ++x) {
+                    isEnlarged = isEnlarged && sharp.pixel(x, y) == sharp.pixel(x & ~1, y & ~1);
+                }
+            }
+            QVERIFY(!isEnlarged);
+            QCOMPARE(sharp.pixelColor(0, 0).alpha(), 0);
+            QCOMPARE(sharp.pixelColor(30, 30), QColor(0xf2, 0xf8, 0xff)); // the sign's middle
+        }
+    }
+
     void theAboutPageShowsUntilFilesAreAdded() {
         const FrameWindow parts;
         QCOMPARE(parts.pages()->currentIndex(), 0);

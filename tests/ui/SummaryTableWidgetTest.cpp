@@ -1,6 +1,7 @@
 #include "ui/SummaryTableWidget.h"
 
 #include "ui/MetaObjectLists.h"
+#include "ui/WrittenOn.h"
 
 #include <QHeaderView>
 #include <QtTest>
@@ -127,6 +128,16 @@ private Q_SLOTS:
         QCOMPARE(headersOf(table), QStringList{"c:d"});
         QCOMPARE(table.rowCount(), 1);
         QCOMPARE(columnOf(table, 0), QStringList{"z"});
+    }
+
+    void theTableTellsWhatItIsForWhileItIsEmpty() {
+        SummaryTableWidget table;
+        table.setShowGrid(false);
+        QVERIFY(isWrittenOn(table));
+        table.showVariables({"a:b:x"});
+        QVERIFY(!isWrittenOn(table));
+        table.showVariables({});
+        QVERIFY(isWrittenOn(table));
     }
 
     void theToolTipTellsHowToPlot() {

@@ -1,0 +1,7 @@
+#pragma once
+
+class TimeSeriesPlot;
+
+// Tells a screen reader what the plot shows, and gives its legend's entries, which are check boxes of their
+// own kind, a name and a state. To be called again when variables have been added.
+void describeForScreenReaders(TimeSeriesPlot &plot);

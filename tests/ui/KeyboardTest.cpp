@@ -1,0 +1,432 @@
+// The whole program worked without a mouse, and what its keys leave alone.
+
+#include "loading/QDataSet.h"
+#include "plot/PlotDialog.h"
+#include "plot/PlotZoomer.h"
+#include "time/Timezone.h"
+#include "ui/DataFiles.h"
+#include "ui/ExportProgressDialog.h"
+#include "ui/ExportWhatDialog.h"
+#include "ui/FileItemModel.h"
+#include "ui/FileItemView.h"
+#include "ui/FileWidget.h"
+#include "ui/ModalDialogs.h"
+#include "ui/MyMainWindow.h"
+#include "ui/SummaryTableWidget.h"
+
+#include <QAccessible>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QSettings>
+#include <QTabBar>
+#include <QTextEdit>
+#include <QToolButton>
+#include <QtTest>
+#include <qwt_plot.h>
+
+namespace {
+
+// A key goes to the widget that has the focus, as on a real keyboard.
+void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QWidget *focus = QApplication::focusWidget();
+    QTest::keyClick(focus != nullptr ? focus : QApplication::activeWindow(), key, modifiers);
+}
+
+void typeText(const QString &text) {
+    QTest::keyClicks(QApplication::focusWidget(), text);
+}
+
+// Presses Tab until `widget` has the focus; false when it is never reached.
+bool tabTo(const QWidget *widget) {
+    constexpr int manyWidgets = 60;
+    for (int i = 0; i < manyWidgets && QApplication::focusWidget() != widget; ++i) {
+        press(Qt::Key_Tab);
+    }
+    return QApplication::focusWidget() == widget;
+}
+
+bool isActive(QWidget *window) {
+    window->activateWindow();
+    // Not qWaitForWindowActive, for which a window is active when that below it is.
+    return QTest::qWaitFor([window] { return QApplication::activeWindow() == window; });
+}
+
+QString nameOf(QWidget *widget) {
+    const QString own = widget->accessibleName(); // a box to choose from speaks of its choice, too
+    return own.isEmpty() ? QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name) : own;
+}
+
+// A dialog that could not be worked would wait for ever.
+void leave(QDialog *dialog) {
+    if (dialog->isVisible()) {
+        dialog->reject();
+    }
+}
+
+// The names of what Tab reaches, from `first` until it comes round.
+QStringList tabOrder(QWidget *first) {
+    QStringList names;
+    first->setFocus();
+    do {
+        names += nameOf(QApplication::focusWidget());
+        press(Qt::Key_Tab);
+    } while (QApplication::focusWidget() != first && names.size() < 60);
+    return names;
+}
+
+struct Scene {
+    explicit Scene(const QByteArrayList &files = {}) {
+        QVector<const char *> arguments{"/nowhere/viewer"};
+        for (const QByteArray &file : files) {
+            arguments += file.constData();
+        }
+        window = std::make_unique<MyMainWindow>("Viewer", "/nowhere/viewer", arguments.size(),
+                                                arguments.constData());
+        window->show();
+    }
+
+    template <typename Widget>
+    Widget *the() const {
+        return window->findChild<Widget *>();
+    }
+    QPushButton *button(const QString &text) const {
+        for (auto *button : window->findChildren<QPushButton *>()) {
+            if (button->text() == text) {
+                return button;
+            }
+        }
+        return nullptr;
+    }
+    int rows() const { return the<FileItemModel>()->rowCount(); }
+    bool isLoaded() const {
+        return QTest::qWaitFor([this] { return button("Export...")->isEnabled(); });
+    }
+    bool showVariables() const {
+        the<FileWidget>()->setCurrentIndex(1);
+        const bool isThere = isActive(window.get()) &&
+                             QTest::qWaitFor([this] { return the<SummaryTableWidget>()->rowCount() > 0; });
+        the<SummaryTableWidget>()->setFocus();
+        return isThere;
+    }
+    QPointer<PlotDialog> openPlot() const {
+        showVariables();
+        press(Qt::Key_Return);
+        const QPointer<PlotDialog> plot = the<PlotDialog>();
+        return plot && isActive(plot) ? plot : nullptr;
+    }
+
+    std::unique_ptr<MyMainWindow> window;
+};
+
+} // namespace
+
+class KeyboardTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        zoneDirectory = FVQA_ZONEINFO_DIR;
+        QVERIFY(settings_.isValid());
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings_.path());
+        file_ = QFile::encodeName(files_.writeData("1.data", "QA330", "CH4\tTEMP", 5));
+    }
+
+    // From a file on the disk over its plot to an export.
+    void theWholeProgramIsWorkedByKeysAlone() {
+        const Scene scene;
+        QVERIFY(isActive(scene.window.get()));
+        open(QFile::decodeName(file_));
+        QCOMPARE(scene.rows(), 1);
+        QVERIFY(scene.isLoaded());
+
+        QVERIFY(isActive(scene.window.get()));
+        QVERIFY(tabTo(scene.the<FileWidget>()->tabBar()));
+        press(Qt::Key_Right);
+        auto *table = scene.the<SummaryTableWidget>();
+        QVERIFY(tabTo(table));
+        press(Qt::Key_Down);
+        QCOMPARE(table->currentItem()->text(), "TEMP");
+        press(Qt::Key_Return);
+        const QPointer<PlotDialog> plot = scene.the<PlotDialog>();
+        QVERIFY(plot);
+        QVERIFY(isActive(plot));
+        zoomInAndOut(*plot);
+        press(Qt::Key_W, Qt::ControlModifier);
+        QTRY_VERIFY(plot.isNull());
+
+        QVERIFY(isActive(scene.window.get()));
+        const QString target = files_.path("by-keys.tob1");
+        exportTo(target);
+        QVERIFY(QFileInfo(target).size() > 0);
+
+        QVERIFY(isActive(scene.window.get()));
+        QVERIFY(tabTo(scene.the<FileItemView>()));
+        press(Qt::Key_Space);
+        press(Qt::Key_Delete);
+        QCOMPARE(scene.rows(), 0);
+        press(Qt::Key_Q, Qt::ControlModifier);
+        QTRY_VERIFY(!scene.window->isVisible());
+    }
+
+    void tabWalksTheMainWindowFromTheListOverThePageToTheButtons() {
+        const Scene scene({file_});
+        QVERIFY(scene.isLoaded());
+        QVERIFY(scene.showVariables());
+        QCOMPARE(tabOrder(scene.the<FileItemView>()),
+                 (QStringList{"Files", "Variables", "Variables", "Add a file", "Remove a file", "Export...",
+                              "Help...", "Close"}));
+    }
+
+    void tabWalksAPlotFromItsLegendOverTheCurvesToTheButtons() {
+        const Scene scene({file_});
+        const QPointer<PlotDialog> plot = scene.openPlot();
+        QVERIFY(plot);
+        press(Qt::Key_Tab);
+        QStringList names = tabOrder(QApplication::focusWidget());
+        names.sort();
+        for (const char *name : {"QA330:DATA:CH4", "MAX QA330:DATA:CH4", "MIN QA330:DATA:CH4",
+                                 "Curves against time", "Ymin Ymax", "Lowest value of the left axis",
+                                 "Highest value of the left axis", "Print...", "Close"}) {
+            QVERIFY2(names.contains(name), qPrintable(names.join(", ")));
+        }
+    }
+
+    void tabWalksTheExportDialogFromTheTopDown() {
+        const Scene scene({file_});
+        QVERIFY(scene.isLoaded());
+        QVERIFY(isActive(scene.window.get()));
+        QStringList names;
+        onNextDialog(scene.window.get(), [&names](QDialog *dialog) {
+            QVERIFY(isActive(dialog));
+            names = tabOrder(dialog->findChild<QListView *>());
+            dialog->reject();
+        });
+        press(Qt::Key_E, Qt::ControlModifier);
+        QCOMPARE(names, (QStringList{"Data to export", "File Name", "Browse...", "File Type", "File Split",
+                                     "Cancel", "Export"}));
+    }
+
+    void deleteRemovesTheSelectedFilesOnlyInTheList() {
+        const Scene scene({file_});
+        QVERIFY(scene.isLoaded());
+        scene.the<FileItemView>()->selectAll();
+        QVERIFY(scene.showVariables());
+        press(Qt::Key_Delete);
+        QCOMPARE(scene.rows(), 1);
+        scene.the<FileItemView>()->setFocus();
+        press(Qt::Key_Delete);
+        QCOMPARE(scene.rows(), 0);
+    }
+
+    void deleteInAnEditDeletesItsText() {
+        const Scene scene({file_});
+        scene.the<FileItemView>()->selectAll();
+        const QPointer<PlotDialog> plot = scene.openPlot();
+        QVERIFY(plot);
+        auto *edit = plot->findChild<QLineEdit *>();
+        edit->setText("12");
+        edit->setFocus();
+        press(Qt::Key_Home);
+        press(Qt::Key_Delete);
+        QCOMPARE(edit->text(), "2");
+        press(Qt::Key_Home);
+        press(Qt::Key_Minus);
+        QCOMPARE(edit->text(), "-2");
+        QCOMPARE(scene.rows(), 1);
+    }
+
+    void returnOnAnEmptyCellPlotsNothing() {
+        const QByteArray other = QFile::encodeName(files_.writeData("2.data", "QA340", "CO2"));
+        const Scene scene({file_, other});
+        auto *table = scene.the<SummaryTableWidget>();
+        QTRY_COMPARE(table->columnCount(), 2);
+        QVERIFY(scene.showVariables());
+        table->setCurrentCell(1, 1);
+        QVERIFY(table->currentItem() == nullptr);
+        press(Qt::Key_Return);
+        QVERIFY(scene.the<PlotDialog>() == nullptr);
+        table->setCurrentCell(0, 1);
+        press(Qt::Key_Enter, Qt::KeypadModifier);
+        QVERIFY(scene.the<PlotDialog>() != nullptr);
+    }
+
+    void aReturnKeyHeldDownOpensOnePlot() {
+        const Scene scene({file_});
+        QVERIFY(scene.showVariables());
+        press(Qt::Key_Return);
+        for (int i = 0; i < 3; ++i) {
+            QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+            QCoreApplication::sendEvent(scene.the<SummaryTableWidget>(), &repeated);
+        }
+        QCOMPARE(scene.window->findChildren<PlotDialog *>().size(), 1);
+    }
+
+    void ctrlWClosesTheMainWindowAsItsCloseButtonDoes() {
+        const Scene scene({file_});
+        scene.the<MyFrame>()->setTimeColumns(7);
+        QVERIFY(isActive(scene.window.get()));
+        press(Qt::Key_W, Qt::ControlModifier);
+        QTRY_VERIFY(!scene.window->isVisible());
+        QCOMPARE(QSettings("Ombrix", "fvqa300").value("timecols").toUInt(), 7U);
+    }
+
+    void ctrlWInAPlotLeavesTheMainWindowOpen() {
+        const Scene scene({file_});
+        const QPointer<PlotDialog> plot = scene.openPlot();
+        QVERIFY(plot);
+        press(Qt::Key_W, Qt::ControlModifier);
+        QTRY_VERIFY(plot.isNull());
+        QVERIFY(scene.window->isVisible());
+    }
+
+    void ctrlQInAPlotEndsTheProgram() {
+        const Scene scene({file_});
+        QVERIFY(scene.openPlot());
+        constexpr int tooLong = 20000; // ms
+        QTimer rescue;
+        rescue.setSingleShot(true);
+        connect(&rescue, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
+        rescue.start(tooLong);
+        QTimer::singleShot(0, scene.window.get(), [] { press(Qt::Key_Q, Qt::ControlModifier); });
+        QCOMPARE(QApplication::exec(), 0);
+        QVERIFY(!scene.window->isVisible());
+    }
+
+    void ctrlWAndCtrlQLeaveADialogFirst_data() {
+        QTest::addColumn<Qt::Key>("opening");
+        QTest::addColumn<Qt::Key>("leaving");
+        QTest::addColumn<bool>("isEnd");
+        QTest::newRow("export, Ctrl+W") << Qt::Key_E << Qt::Key_W << false;
+        QTest::newRow("export, Ctrl+Q") << Qt::Key_E << Qt::Key_Q << true;
+        QTest::newRow("files, Ctrl+W") << Qt::Key_O << Qt::Key_W << false;
+        QTest::newRow("files, Ctrl+Q") << Qt::Key_O << Qt::Key_Q << true;
+    }
+    void ctrlWAndCtrlQLeaveADialogFirst() {
+        QFETCH(Qt::Key, opening);
+        QFETCH(Qt::Key, leaving);
+        QFETCH(bool, isEnd);
+        const Scene scene({file_});
+        QVERIFY(scene.isLoaded());
+        QVERIFY(isActive(scene.window.get()));
+        int shown = 0;
+        onNextDialog(scene.window.get(), [&shown, leaving](QDialog *dialog) {
+            const auto guard = qScopeGuard([dialog] { leave(dialog); });
+            ++shown;
+            QVERIFY(isActive(dialog));
+            press(leaving, Qt::ControlModifier);
+            QVERIFY(!dialog->isVisible());
+        });
+        press(opening, Qt::ControlModifier);
+        QCOMPARE(shown, 1);
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(scene.window->isVisible(), !isEnd);
+    }
+
+    void ctrlQWhileAnExportRunsEndsItAndThenTheProgram() {
+        constexpr int manyRecords = 20000;
+        const QByteArray large =
+            QFile::encodeName(files_.writeData("large.data", "QA340", "CO2", manyRecords));
+        const Scene scene({large});
+        QVERIFY(scene.isLoaded());
+        const QString target = files_.path("cut-short.txt");
+        bool isAsked = false;
+        QTimer watch;
+        connect(&watch, &QTimer::timeout, &watch, [&] {
+            auto *progress = scene.the<ExportProgressDialog>();
+            if (!isAsked && progress != nullptr && QFileInfo(target).size() > 0) {
+                isAsked = true;
+                progress->show();
+                QVERIFY(isActive(progress));
+                press(Qt::Key_Q, Qt::ControlModifier);
+            }
+        });
+        watch.start(0);
+        QVERIFY(isActive(scene.window.get()));
+        exportTo(target);
+        QVERIFY(isAsked);
+        QFile file(target);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const int lines = file.readAll().count('\n');
+        QVERIFY2(lines > 1 && lines < manyRecords, qPrintable(QString::number(lines)));
+        QTRY_VERIFY(!scene.window->isVisible());
+    }
+
+    void ctrlEWithoutFilesAsksNothing() {
+        const Scene scene;
+        QVERIFY(isActive(scene.window.get()));
+        press(Qt::Key_E, Qt::ControlModifier);
+        QVERIFY(scene.the<ExportWhatDialog>() == nullptr);
+    }
+
+    void theMessagesAreReadWithTheArrowKeys() {
+        const Scene scene;
+        scene.the<MyFrame>()->AddFiles({"/nowhere/absent.data"});
+        scene.the<FileWidget>()->setCurrentIndex(2);
+        auto *messages = scene.the<QTextEdit>();
+        QTRY_VERIFY(!messages->toPlainText().isEmpty());
+        QVERIFY(isActive(scene.window.get()));
+        messages->setFocus();
+        press(Qt::Key_Home, Qt::ControlModifier);
+        press(Qt::Key_Right, Qt::ShiftModifier);
+        QCOMPARE(messages->textCursor().selectedText(), messages->toPlainText().left(1));
+        const QString before = messages->toPlainText();
+        typeText("x");
+        press(Qt::Key_Delete);
+        QCOMPARE(messages->toPlainText(), before);
+    }
+
+private:
+    static void open(const QString &path) {
+        QObject context;
+        onNextDialog(&context, [path](QDialog *dialog) {
+            const auto guard = qScopeGuard([dialog] { leave(dialog); });
+            QVERIFY(isActive(dialog));
+            QVERIFY(tabTo(dialog->findChild<QLineEdit *>("fileNameEdit")));
+            typeText(path);
+            press(Qt::Key_Return);
+        });
+        press(Qt::Key_O, Qt::ControlModifier);
+    }
+
+    // Into a range of values that is typed, and out again.
+    static void zoomInAndOut(PlotDialog &plot) {
+        const auto &zoomer = *plot.findChild<PlotZoomer *>();
+        const QList<QLineEdit *> edits = plot.findChildren<QLineEdit *>();
+        QVERIFY(tabTo(edits[0]));
+        typeText("1");
+        press(Qt::Key_Tab);
+        typeText("2");
+        press(Qt::Key_Return);
+        QCOMPARE(zoomer.zoomRectIndex(), 1U);
+        QCOMPARE(zoomer.zoomRect().height(), 1.0);
+        press(Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(zoomer.zoomRectIndex(), 0U);
+        plot.findChild<QwtPlot *>()->setFocus();
+        press(Qt::Key_Plus);
+        QCOMPARE(zoomer.zoomRectIndex(), 1U);
+        press(Qt::Key_Minus);
+        QCOMPARE(zoomer.zoomRectIndex(), 0U);
+    }
+
+    static void exportTo(const QString &path) {
+        QObject context;
+        onNextDialog(&context, [path](QDialog *dialog) {
+            const auto guard = qScopeGuard([dialog] { leave(dialog); });
+            QVERIFY(isActive(dialog));
+            QVERIFY(tabTo(dialog->findChild<QLineEdit *>()));
+            press(Qt::Key_A, Qt::ControlModifier);
+            typeText(path);
+            press(Qt::Key_Return);
+        });
+        press(Qt::Key_E, Qt::ControlModifier);
+    }
+
+    const QTemporaryDir settings_;
+    const DataFiles files_;
+    QByteArray file_;
+};
+
+QTEST_MAIN(KeyboardTest)
+#include "KeyboardTest.moc"
