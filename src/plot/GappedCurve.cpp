@@ -11,6 +11,19 @@
 
 #include <algorithm>
 
+namespace {
+
+// The thinnest line that a screen can draw is a hair where its pixels are small.
+void widenHairline(QPainter &painter) {
+    QPen pen = painter.pen();
+    if (pen.widthF() == 0 && painter.device()->devicePixelRatioF() > 1) {
+        pen.setWidthF(1);
+        painter.setPen(pen);
+    }
+}
+
+} // namespace
+
 GappedCurve::GappedCurve(const QwtText &title, const PlotSeries &series)
     : QwtPlotCurve(title), series_(&series) {
     setStyle(Lines);
@@ -39,6 +52,7 @@ void GappedCurve::drawSeries(QPainter *painter, const QwtScaleMap &xMap, const Q
 
 void GappedCurve::drawLines(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
                             const QRectF &canvasRect, int from, int to) const {
+    widenHairline(*painter);
     constexpr double dense = 8; // points to a pixel
     if (to - from < dense * canvasRect.width()) {
         QwtPlotCurve::drawLines(painter, xMap, yMap, canvasRect, from, to);

@@ -71,6 +71,27 @@ private Q_SLOTS:
         QCOMPARE(inkedColumns(drawn({30, 30, 30, 30}), Qt::red), (ColumnRanges{{0, 30}}));
     }
 
+    void theLineIsOnePixelWideAndTwoWherePixelsAreHalfAsLarge() {
+        const std::vector<double> values{30, 30, 30, 30};
+        const PlotSeries series = seriesOf(values);
+        GappedCurve curve(QwtText("curve"), series);
+        curve.setPen(QPen(Qt::red, 0));
+        for (const int ratio : {1, 2}) {
+            QImage image(QSize(50, height) * ratio, QImage::Format_RGB32);
+            image.fill(Qt::white);
+            image.setDevicePixelRatio(ratio);
+            QPainter painter(&image);
+            curve.drawSeries(&painter, mapTo(0, 50, 50), mapTo(height, 0, height), QRectF(0, 0, 50, height),
+                             0, -1);
+            int inked = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                inked += image.pixelColor(15 * ratio, y) == QColor(Qt::red) ? 1 : 0;
+            }
+            QCOMPARE(inked, ratio);
+        }
+        QCOMPARE(curve.pen().widthF(), 0.0);
+    }
+
     void aPointThatCannotBeDrawnLeavesAGap_data() {
         QTest::addColumn<double>("value");
         QTest::newRow("not a number") << noNumber;
