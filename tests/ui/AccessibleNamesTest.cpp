@@ -171,7 +171,7 @@ private:
         return shown;
     }
 
-    const DataFiles files_;
+    const DataFiles files_{};
     QDataSet dataSet_;
 };
 

@@ -424,7 +424,7 @@ private:
     }
 
     const QTemporaryDir settings_;
-    const DataFiles files_;
+    const DataFiles files_{};
     QByteArray file_;
 };
 
