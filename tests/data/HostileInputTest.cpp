@@ -2,6 +2,7 @@
 #include "support/HeapText.h"
 #include "support/LoadedSource.h"
 #include "support/RandomNumbers.h"
+#include "support/Repeated.h"
 #include "support/SanitizerBuild.h"
 #include "support/ScratchFolder.h"
 
@@ -17,15 +18,6 @@ namespace {
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
-
-std::string repeated(std::string_view text, std::size_t times) {
-    std::string all;
-    all.reserve(text.size() * times);
-    for (std::size_t i = 0; i < times; ++i) {
-        all += text;
-    }
-    return all;
-}
 
 // Every line from the end of its own heap block.
 void parseLines(DataSet &source, const std::vector<std::string> &lines) {

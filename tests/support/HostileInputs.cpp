@@ -1,5 +1,7 @@
 #include "support/HostileInputs.h"
 
+#include "support/Repeated.h"
+
 #include <array>
 #include <cstdint>
 #include <string_view>
@@ -9,15 +11,6 @@ namespace {
 constexpr std::size_t longestLine = 1048576;
 
 using namespace std::string_literals;
-
-std::string repeated(std::string_view text, std::size_t times) {
-    std::string all;
-    all.reserve(text.size() * times);
-    for (std::size_t i = 0; i < times; ++i) {
-        all += text;
-    }
-    return all;
-}
 
 std::string filled(std::string text, std::string_view piece, std::size_t length) {
     return text + repeated(piece, (length - text.size()) / piece.size());
