@@ -8,6 +8,7 @@
 #include "export/Tob1Writer.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <limits>
 #include <utility>
 
@@ -40,6 +41,7 @@ void ExportJob::run() {
     } else {
         exportWhole();
     }
+    remarkOnMissingNames();
     if (!isCancelled_) {
         progress_.showEnd();
     }
@@ -66,11 +68,34 @@ void ExportJob::remarkOnColumns() {
     }
 }
 
+// Without names all five states are told by the lowest bit.
+void ExportJob::remarkOnMissingNames() {
+    if (request_.format == ExportFormat::diagnostics && source_.diagnosticNames.empty() && !hasFailed_) {
+        progress_.remark(
+            request_.targetName +
+            ": The data do not name the bits of their diagnostic words, so the log tells nothing");
+    }
+}
+
+bool ExportJob::isEverySourceGone() const {
+    const auto isGone = [](const auto &fragment) {
+        std::error_code error;
+        return !std::filesystem::is_regular_file(fragment->header().fileName, error);
+    };
+    return cursor_.isExhausted() && !source_.fragments.empty() &&
+           std::all_of(source_.fragments.begin(), source_.fragments.end(), isGone);
+}
+
 void ExportJob::exportWhole() {
     progress_.showFile(request_.targetName);
-    if (mayWriteTo(request_.targetName)) {
-        exportFile(request_.targetName, noEnd);
+    if (!mayWriteTo(request_.targetName)) {
+        return;
     }
+    if (isEverySourceGone()) {
+        reportFailure(request_.targetName, "the files that hold the records are gone");
+        return;
+    }
+    exportFile(request_.targetName, noEnd);
 }
 
 void ExportJob::exportPieces() {
@@ -165,6 +190,7 @@ void ExportJob::writeUntil(std::uint64_t end, RecordWriter *writer) {
 }
 
 void ExportJob::reportFailure(const std::string &name, const std::string &reason) {
+    hasFailed_ = true;
     progress_.reportFailure(name + ": The export cannot be written: " + reason);
 }
 

@@ -24,8 +24,8 @@ using OpenExportFile =
 // split period since 1970 UTC.
 //
 // What cannot be opened or written whole is reported, and the export goes on to its end. A file that is
-// loaded is never written to, and no piece replaces another one of the same export. Stopping early keeps what
-// is written.
+// loaded is never written to, and no piece replaces another one of the same export. When all there was is
+// gone no file is opened: one of an earlier export stays as it is. Stopping early keeps what is written.
 class ExportJob {
 public:
     // `source` and `progress` outlive the job.
@@ -37,6 +37,8 @@ public:
 
 private:
     void remarkOnColumns();
+    void remarkOnMissingNames();
+    bool isEverySourceGone() const;
     void exportWhole();
     void exportPieces();
     bool mayWriteTo(const std::string &name);
@@ -55,6 +57,7 @@ private:
     std::unordered_set<std::string> usedNames_;
     int recordsSinceProgress_ = 0;
     bool isCancelled_ = false;
+    bool hasFailed_ = false; // some file is not whole
 };
 
 // Makes the job and runs it.

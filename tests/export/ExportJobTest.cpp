@@ -128,6 +128,44 @@ TEST_F(ExportToOneFile, ASourceThatIsGoneIsNamedAndTheOthersAreExported) {
     EXPECT_TRUE(captured.text().starts_with(folder_.pathOf("a.data") + ": ")) << captured.text();
 }
 
+TEST_F(ExportToOneFile, WhenAllSourcesAreGoneTheEarlierFileStays) {
+    load(records(1000, 2));
+    for (const ExportFormat format : {ExportFormat::text, ExportFormat::tob1, ExportFormat::diagnostics}) {
+        folder_.write("out", "of yesterday");
+        fs::rename(folder_.pathOf("a.data"), folder_.pathOf("moved"));
+        progress_ = {};
+        const CapturedStandardError captured;
+        run(requestFor("out", 0, format));
+        EXPECT_EQ(read("out"), "of yesterday");
+        EXPECT_EQ(progress_.failures,
+                  std::vector<std::string>{
+                      folder_.pathOf("out") +
+                      ": The export cannot be written: the files that hold the records are gone"});
+        EXPECT_TRUE(captured.text().starts_with(folder_.pathOf("a.data") + ": ")) << captured.text();
+        fs::rename(folder_.pathOf("moved"), folder_.pathOf("a.data"));
+    }
+}
+
+TEST_F(ExportToOneFile, BlocksThatNeverHadARecordStillEmptyTheFile) {
+    load("");
+    folder_.write("out.txt", "of yesterday");
+    run(requestFor("out.txt"));
+    EXPECT_EQ(read("out.txt"), "");
+    EXPECT_TRUE(progress_.failures.empty());
+}
+
+TEST_F(ExportToOneFile, ALogOfBitsWithoutNamesGivesARemark) {
+    load(records(1000, 2));
+    run(requestFor("out.txt", 0, ExportFormat::diagnostics));
+    ASSERT_EQ(progress_.remarks.size(), 1U);
+    EXPECT_TRUE(
+        progress_.remarks[0].starts_with(folder_.pathOf("out.txt") + ": The data do not name the bits"));
+    EXPECT_TRUE(progress_.failures.empty());
+    progress_ = {};
+    run(requestFor("out.txt"));
+    EXPECT_TRUE(progress_.remarks.empty());
+}
+
 TEST_F(ExportToOneFile, ATargetThatCannotBeOpenedIsReportedAndTheExportGoesOn) {
     load(records(1000, 1500));
     fs::create_directory(folder_.pathOf("folder"));
