@@ -5,6 +5,7 @@
 #include "ui/SummaryWidget.h"
 
 #include <QScrollBar>
+#include <QStyle>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -13,6 +14,7 @@ FileWidget::FileWidget(QWidget *parent, QDataSet *dataSet) : QTabWidget(parent),
     auto *progress = new FileLoadProgressWidget;
     messages_->setReadOnly(true);
     messages_->setUndoRedoEnabled(false);
+    messages_->document()->setMaximumBlockCount(mostMessages);
     // With a cursor, which the keyboard and a screen reader can move over the lines.
     messages_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     messages_->setPlaceholderText(tr("What is wrong with a file or an export shows here"));
@@ -27,6 +29,7 @@ FileWidget::FileWidget(QWidget *parent, QDataSet *dataSet) : QTabWidget(parent),
     setAccessibleName(tr("All files"));
     setAccessibleDescription(tr("Pages about all files together; the arrow keys change the page"));
 
+    connect(this, &QTabWidget::currentChanged, this, &FileWidget::forgetMark);
     connect(dataSet, SIGNAL(Message(QString, QString)), SLOT(OnDataSetMessage(QString, QString)));
     connect(dataSet, SIGNAL(Progress(QString, int, qint64)), progress,
             SLOT(OnProgress(QString, int, qint64)));
@@ -47,7 +50,38 @@ void FileWidget::appendMessage(const QString &text) {
     if (!messages_->document()->isEmpty()) {
         end.insertBlock();
     }
-    end.insertText(text);
+    end.insertText(text.size() <= longestMessage ? text : text.left(longestMessage) + QStringLiteral("…"));
+    dropOldestMessages();
+    markUnseenMessages();
+}
+
+void FileWidget::dropOldestMessages() {
+    const QTextDocument *document = messages_->document();
+    const int excess = document->characterCount() - mostCharacters;
+    if (excess <= 0) {
+        return;
+    }
+    QTextCursor oldest(messages_->document());
+    oldest.setPosition(excess, QTextCursor::KeepAnchor);
+    oldest.movePosition(QTextCursor::NextBlock, QTextCursor::KeepAnchor);
+    oldest.removeSelectedText();
+}
+
+void FileWidget::markUnseenMessages() {
+    const int tab = indexOf(messages_);
+    if (tab == currentIndex() || !tabIcon(tab).isNull()) {
+        return;
+    }
+    setTabIcon(tab, style()->standardIcon(QStyle::SP_MessageBoxWarning));
+    setTabToolTip(tab, tr("There are new messages"));
+}
+
+void FileWidget::forgetMark() {
+    const int tab = indexOf(messages_);
+    if (tab == currentIndex()) {
+        setTabIcon(tab, {});
+        setTabToolTip(tab, {});
+    }
 }
 
 // By the range, as it changes also when the tab is first shown or the window resized.

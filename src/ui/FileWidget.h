@@ -7,10 +7,17 @@ class QTextEdit;
 
 // The tabs about all loaded files: how loading goes, their variables, and messages. `dataSet` must outlive
 // it.
+//
+// While there are messages that came when their tab was not shown, the tab has a warning sign. The newest
+// messages are kept, within both bounds; a longer one is cut.
 class FileWidget : public QTabWidget {
     Q_OBJECT
 
 public:
+    static constexpr int mostMessages = 20'000;
+    static constexpr int mostCharacters = 5'000'000; // of all messages
+    static constexpr int longestMessage = 12'000; // characters: an unbroken text takes time with its square
+
     explicit FileWidget(QWidget *parent, QDataSet *dataSet);
 
 public Q_SLOTS:
@@ -20,6 +27,9 @@ public Q_SLOTS:
 
 private:
     void appendMessage(const QString &text);
+    void dropOldestMessages();
+    void markUnseenMessages();
+    void forgetMark();
     void keepNewestMessageInView();
 
     QTextEdit *messages_;

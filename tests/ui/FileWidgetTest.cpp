@@ -10,6 +10,7 @@
 #include <QProgressBar>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QTextBlock>
 #include <QTextEdit>
 #include <QtTest>
 
@@ -90,6 +91,54 @@ private Q_SLOTS:
         QCOMPARE(messagesOf(tabs)->toPlainText(), "<b>bold</b> &amp; %s %1\n"
                                                   "/d/<i>x</i>.data: ERROR: <img src=\"/etc/x.png\"><br>\n"
                                                   "<html><body>page</body></html>");
+    }
+
+    void aMessageThatNobodySawMarksItsTabUntilTheTabIsShown() {
+        QDataSet dataSet;
+        FileWidget tabs(nullptr, &dataSet);
+        QVERIFY(tabs.tabIcon(2).isNull());
+        tabs.OnDataSetMessage("/d/x.data", "Checksum errors: 3");
+        QVERIFY(!tabs.tabIcon(2).isNull());
+        QVERIFY(!tabs.tabToolTip(2).isEmpty());
+        tabs.setCurrentIndex(1);
+        QVERIFY(!tabs.tabIcon(2).isNull());
+        tabs.setCurrentIndex(2);
+        QVERIFY(tabs.tabIcon(2).isNull());
+        QVERIFY(tabs.tabToolTip(2).isEmpty());
+        tabs.OnMessage("seen as it comes");
+        tabs.setCurrentIndex(0);
+        QVERIFY(tabs.tabIcon(2).isNull());
+        QCOMPARE(tabs.tabText(2), "Messages");
+    }
+
+    void theNewestMessagesAreKept() {
+        QDataSet dataSet;
+        FileWidget tabs(nullptr, &dataSet);
+        const int count = FileWidget::mostMessages + 3;
+        for (int i = 0; i < count; ++i) {
+            tabs.OnMessage(QByteArray::number(i).constData());
+        }
+        const QTextDocument *messages = messagesOf(tabs)->document();
+        QCOMPARE(messages->blockCount(), FileWidget::mostMessages);
+        QCOMPARE(messages->firstBlock().text(), "3");
+        QCOMPARE(messages->lastBlock().text(), QString::number(count - 1));
+    }
+
+    void aLongMessageIsCutAndManyOfThemPushOutTheOldest() {
+        QDataSet dataSet;
+        FileWidget tabs(nullptr, &dataSet);
+        const int count = FileWidget::mostCharacters / FileWidget::longestMessage + 3;
+        for (int i = 0; i < count; ++i) {
+            tabs.OnDataSetMessage(QString::number(i), QString(1'000'000, QLatin1Char('x')));
+        }
+        const QTextDocument *messages = messagesOf(tabs)->document();
+        QVERIFY(messages->characterCount() <= FileWidget::mostCharacters);
+        QVERIFY(messages->characterCount() > FileWidget::mostCharacters - 2 * FileWidget::longestMessage);
+        const QString last = messages->lastBlock().text();
+        QCOMPARE(last.size(), FileWidget::longestMessage + 1);
+        QVERIFY(last.startsWith(QString::number(count - 1) + ": xxx"));
+        QVERIFY(last.endsWith(QStringLiteral("…")));
+        QVERIFY(messages->firstBlock().text().contains(QStringLiteral(": xxx"))); // a whole one
     }
 
     void theMessagesScrollToTheNewestUnlessSomeoneReadsEarlierOnes() {
