@@ -1,6 +1,7 @@
 #include "cli/PlotCommand.h"
 
 #include "cli/ProgressBar.h"
+#include "cli/StandardError.h"
 #include "loading/QDataSet.h"
 #include "plot/PlotFile.h"
 
@@ -34,9 +35,11 @@ void drawPlot(const DataSet &data, const PlotWish &wish, StandardError &standard
     QDataSet dataSet;
     dataSet.addLoaded(data);
     ProgressBar progress(standardError, "Drawing", 1);
-    const QString problem = writePlotFile(dataSet, picture);
-    if (!problem.isEmpty()) {
-        std::cerr << wish.output << ": " << problem.toStdString() << '\n';
+    const PlotFileReport report = writePlotFile(dataSet, picture);
+    if (!report.problem.isEmpty()) {
+        std::cerr << wish.output << ": " << report.problem.toStdString() << '\n';
+    } else if (report.isEmpty) {
+        standardError.remark(wish.output + ": The picture is empty: no point lies in this range of time");
     }
     progress.advance(1);
 }

@@ -43,7 +43,7 @@ bool isPlotFileName(const QString &path) {
     return isPictureName(path);
 }
 
-QString writePlotFile(const QDataSet &dataSet, const PlotFileWish &wish) {
+PlotFileReport writePlotFile(const QDataSet &dataSet, const PlotFileWish &wish) {
     makeApplication();
     std::vector<std::pair<std::string, TimeSeriesPlot::Side>> variables;
     for (const std::string &key : wish.leftKeys) {
@@ -59,5 +59,6 @@ QString writePlotFile(const QDataSet &dataSet, const PlotFileWish &wish) {
     }
     plot.resize(wish.size);
     show(plot, wish);
-    return writePicture(plot, wish.path, wish.size);
+    return {writePicture(plot, wish.path, wish.size),
+            plot.loadedRange(TimeSeriesPlot::Curves::all).isEmpty()};
 }

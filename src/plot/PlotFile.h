@@ -21,7 +21,11 @@ struct PlotFileWish {
 // True when the path ends like a picture that can be written.
 bool isPlotFileName(const QString &path);
 
-// Draws the picture without a display and writes it; gives why it could not be written, or an empty text.
-// Makes the process's application object at its first call. Throws Timezone::Error when the zone's file has
-// become unreadable.
-QString writePlotFile(const QDataSet &dataSet, const PlotFileWish &wish);
+struct PlotFileReport {
+    QString problem;      // why the picture could not be written; empty when it was
+    bool isEmpty = false; // no point of any variable can be drawn
+};
+
+// Draws the picture without a display and writes it. Makes the process's application object at its first
+// call. Throws Timezone::Error when the zone's file has become unreadable.
+PlotFileReport writePlotFile(const QDataSet &dataSet, const PlotFileWish &wish);
