@@ -15,7 +15,7 @@ class FileWidget : public QTabWidget {
 
 public:
     static constexpr int mostMessages = 20'000;
-    static constexpr int mostCharacters = 5'000'000; // of all messages
+    static constexpr int mostCharacters = 2'000'000; // of all messages
     static constexpr int longestMessage = 12'000; // characters: an unbroken text takes time with its square
 
     explicit FileWidget(QWidget *parent, QDataSet *dataSet);
