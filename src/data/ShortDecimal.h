@@ -75,7 +75,8 @@ namespace {
 // The single nearest to it: without a point the number is rounded once; with one it has at most seven digits,
 // which a single holds, and so the quotient is rounded once.
 [[maybe_unused]] inline float valueOf(const ShortDecimal &decimal) {
-    return static_cast<float>(decimal.digits) / exactPowersOfTen[decimal.fraction];
+    const auto digits = static_cast<float>(decimal.digits);
+    return decimal.fraction == 0 ? digits : digits / exactPowersOfTen[decimal.fraction];
 }
 
 } // namespace
