@@ -18,6 +18,7 @@
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QDropEvent>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
@@ -26,13 +27,16 @@
 #include <QProgressBar>
 #include <QTabWidget>
 
+#include <cmath>
 #include <iostream>
 #include <memory>
 #include <tuple>
 
 namespace {
 
-constexpr int partOfWindow = 190; // pixels, where there is nothing to see below
+// Heights of parts of windows, in pixels, where there is nothing to see below.
+constexpr int progressHeight = 110;
+constexpr int messagesHeight = 180;
 
 void showTab(MyMainWindow &window, int page) {
     window.findChild<QTabWidget *>()->setCurrentIndex(page);
@@ -48,7 +52,7 @@ void loadAll(const Album &album, MyMainWindow &window, const QStringList &files)
     QObject::connect(dataSet, &QDataSet::Progress, &context, [&] {
         if (!isTaken && bar->value() >= 50 && bar->value() < 100) {
             isTaken = true;
-            album.take(window, QStringLiteral("progress"), partOfWindow);
+            album.take(window, QStringLiteral("progress"), progressHeight);
         }
     });
     QObject::connect(dataSet, &QDataSet::FileLoaded, &context, [&] {
@@ -123,6 +127,7 @@ void takeMenu(const Album &album, PlotDialog &plot) {
 void takeFlags(const Album &album, QDataSet &dataSet) {
     PlotDialog plot(nullptr, &dataSet, QStringLiteral("QA330:DATA:RSSI"));
     plot.setAttribute(Qt::WA_DeleteOnClose, false);
+    plot.resize(900, 450); // the legend has nine entries
     plot.show();
     dropOnRightHalf(plot, QStringLiteral("QA330:DATA:DIAG:NOSIGNAL"));
     dropOnRightHalf(plot, QStringLiteral("QA330:DATA:DIAG:MOTORSPINNING"));
@@ -130,35 +135,40 @@ void takeFlags(const Album &album, QDataSet &dataSet) {
     album.take(plot, QStringLiteral("plot-flags"));
 }
 
+// Types the range of values that the curves of `key` have in view, as one does when the left axis starts wide
+// enough for those of the right one.
+void fitLeftAxisTo(PlotDialog &plot, const std::string &key) {
+    Extent values;
+    for (const auto &[entryKey, entry] : plot.findChild<TimeSeriesPlot *>()->entries()) {
+        if (entryKey.first == key) {
+            values.include(entry.series->loadedRange());
+        }
+    }
+    const QList<QLineEdit *> edits = plot.findChildren<QLineEdit *>();
+    edits.front()->setText(QString::number(std::floor(values.low)));
+    edits.back()->setText(QString::number(std::ceil(values.high)));
+    plot.OnYMinMaxApplyClicked();
+}
+
 void takePlots(const Album &album, QDataSet &dataSet) {
     const QString gas = keyOf(dataSet, "CO2 (mg");
     const QString pressure = keyOf(dataSet, "Air Pressure");
     auto plot = std::make_unique<PlotDialog>(nullptr, &dataSet, gas);
     plot->show();
-    album.take(*plot, "plot-day");
     takeZooming(album, *plot);
     zoomTo(*plot, 6 * 3600);
     takeMenu(album, *plot);
-    zoomTo(*plot, 3600);
-    album.take(*plot, "plot-hour");
+    zoomTo(*plot, 4 * 3600);
+    album.take(*plot, "plot-averages");
     zoomTo(*plot, 1800);
     album.take(*plot, "plot-half-hour");
-    zoomTo(*plot, 30);
-    album.take(*plot, "plot-30-seconds");
 
     plot = std::make_unique<PlotDialog>(nullptr, &dataSet, gas);
-    plot->show();
-    auto *curves = plot->findChild<TimeSeriesPlot *>();
-    QwtPlotItem *maximum = std::next(curves->entries().begin())->second.curve;
-    plot->OnLegendChecked(curves->itemToInfo(maximum), false, 0);
-    curves->setLegendChecked(*maximum, false);
-    album.take(*plot, "plot-hidden-curve");
-
-    plot = std::make_unique<PlotDialog>(nullptr, &dataSet, gas);
-    plot->resize(900, 450);
+    plot->resize(900, 400);
     plot->show();
     dropOnRightHalf(*plot, pressure);
     zoomTo(*plot, 6 * 3600);
+    fitLeftAxisTo(*plot, gas.toStdString());
     album.take(*plot, "plot-two-axes");
 }
 
@@ -171,8 +181,7 @@ void takeExportDialog(const Album &album) {
     dialog.resize(dialog.sizeHint().width(), 300);
     dialog.show();
     list->setCurrentRow(1);
-    for (const auto &[typeIndex, splitIndex, name] :
-         {std::tuple(0, 1, "export-tob1"), {1, 5, "export"}, {2, 0, "export-diagnostics"}}) {
+    for (const auto &[typeIndex, splitIndex, name] : {std::tuple(0, 1, "export-tob1"), {1, 5, "export"}}) {
         type->setCurrentIndex(typeIndex);
         split->setCurrentIndex(splitIndex);
         album.take(dialog, QString::fromLatin1(name));
@@ -183,10 +192,9 @@ void takeAll(const Album &album, const QStringList &files, const char *program) 
     MyMainWindow window(QStringLiteral("QA-310/320A/330/34xx File Viewer"), program, 1, &program);
     window.resize(1000, 650);
     window.show();
-    album.take(window, "start");
     loadAll(album, window, files);
     showTab(window, 2);
-    album.take(window, QStringLiteral("messages"), partOfWindow);
+    album.take(window, QStringLiteral("messages"), messagesHeight);
     window.resize(1000, 560);
     showTab(window, 1);
     album.take(window, QStringLiteral("window"));

@@ -1,4 +1,5 @@
 #include "ManualSource.h"
+#include "manual/Labels.h"
 #include "manual/SourceTexts.h"
 
 #include <QDir>
@@ -138,33 +139,45 @@ TEST(ManualText, EveryListedMessageStandsInTheSources) {
     }
 }
 
-// Of three words and more: what else there is are labels, names and parts of other texts.
-TEST(ManualText, EveryMessageOfTheSourcesIsListed) {
-    const QRegularExpression words(QStringLiteral("[A-Za-z]{2,}[^A-Za-z]+[a-z]{2,}[^A-Za-z]+[A-Za-z]{2,}"));
-    const QString listed = listedMessages().join(QLatin1Char('\n'));
-    int found = 0;
-    for (const QString &path :
-         sourceFiles({QStringLiteral("time"), QStringLiteral("data"), QStringLiteral("loading"),
-                      QStringLiteral("export"), QStringLiteral("cli"), QStringLiteral("plot")})) {
-        // These texts are no messages: what the companion can do, and what buttons and boxes are called.
-        const QStringList others{QStringLiteral("HelpTexts.cpp"), QStringLiteral("PlotDialog.cpp"),
-                                 QStringLiteral("PlotAccessibility.cpp"), QStringLiteral("ExportChoices.h")};
-        if (others.contains(QFileInfo(path).fileName())) {
-            continue;
+// Of three words and more: what else there is are names and parts of other texts.
+QSet<QString> messagesOf(const QString &path) {
+    static const QRegularExpression words(
+        QStringLiteral("[A-Za-z]{2,}[^A-Za-z]+[a-z]{2,}[^A-Za-z]+[A-Za-z]{2,}"));
+    // A path, the language of a page, a file dialog or a drag, or what stands behind every message of its
+    // kind.
+    static const QRegularExpression other(QStringLiteral("^(: |/|<|; see|PNG \\(|text/)"));
+    QSet<QString> messages;
+    for (const QString &fragment : fragmentsOf(path)) {
+        if (!fragment.contains(other) && fragment.contains(words)) {
+            messages.insert(fragment.trimmed());
         }
-        for (const QString &fragment : fragmentsOf(path)) {
-            // A path, or what stands behind every message of its kind.
-            const bool isPart = fragment.contains(QRegularExpression(QStringLiteral("^(: |/|; see)")));
-            if (isPart || !fragment.contains(words)) {
+    }
+    return messages;
+}
+
+TEST(ManualText, EveryMessageOfTheSourcesIsListed) {
+    const QString listed = listedMessages().join(QLatin1Char('\n'));
+    // What the companion can do, what an export may be, and the style of the first page.
+    const QStringList others{QStringLiteral("HelpTexts.cpp"), QStringLiteral("ExportChoices.h"),
+                             QStringLiteral("AboutWidget.cpp")};
+    int found = 0;
+    QSet<QString> unusedLabels(labels.begin(), labels.end());
+    for (const QString &path : sourceFiles({QStringLiteral(".")})) {
+        for (const QString &message : messagesOf(path)) {
+            const bool isLabel = labels.contains(message);
+            unusedLabels.remove(message);
+            if (isLabel || others.contains(QFileInfo(path).fileName())) {
                 continue;
             }
             ++found;
-            EXPECT_TRUE(listed.contains(fragment.trimmed()))
+            EXPECT_TRUE(listed.contains(message))
                 << path.toStdString() << ": the manual's chapter of messages does not list \""
-                << fragment.toStdString() << '"';
+                << message.toStdString() << '"';
         }
     }
     EXPECT_GE(found, 60);
+    EXPECT_TRUE(unusedLabels.isEmpty())
+        << "no source says \"" << unusedLabels.values().join(QLatin1Char('\n')).toStdString() << '"';
 }
 
 TEST(SourceTexts, AreJoinedUnescapedAndWithoutComments) {

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int linesKeptTogether = 22; // of code
-constexpr int rowsKeptTogether = 12;
+constexpr int rowsKeptTogether = 6;
 
 class Collector {
 public:
