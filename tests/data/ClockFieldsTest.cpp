@@ -48,7 +48,8 @@ TEST(ClockFields, ReadAnyEightBytesOfADateOrATimeThatDifferInOne) {
 
 TEST(ClockFields, AreReadWithTheirParts) {
     Record record;
-    ASSERT_EQ(readClockLine(dateAndTimeOnly, "1559368800\t2019-06-01\t12:30:05:250\t", record), FieldResult::good);
+    ASSERT_EQ(readClockLine(dateAndTimeOnly, "1559368800\t2019-06-01\t12:30:05:250\t", record),
+              FieldResult::good);
     EXPECT_EQ(record.year, 2019);
     EXPECT_EQ(record.month, 6);
     EXPECT_EQ(record.day, 1);
