@@ -19,7 +19,7 @@ Commands:
 
 Options:
   --zoneinfo DIR  folder of the compiled time zones (default: zoneinfo beside the program)
-  --jobs N        files that are read at the same time (default: one for each core, at most 10)
+  --jobs N        threads that read files (default: one for each core, at most 10)
   --quiet         no progress bar
   --              what follows is no option
   --help, --version

@@ -10,7 +10,10 @@
 #include <utility>
 
 OrderedLoader::OrderedLoader(std::vector<std::string> files, unsigned workers, ProgressBar &progress)
-    : files_(std::move(files)), lead_(std::size_t{2} * workers), progress_(progress) {
+    : files_(std::move(files)),
+      lead_(std::size_t{2} * workers),
+      progress_(progress),
+      parsingThreads_(workers) {
     const InterruptsBlocked blocked;
     const std::size_t count = std::min<std::size_t>(workers, files_.size());
     try {
@@ -66,7 +69,7 @@ std::size_t OrderedLoader::claim() {
     return cancelled_ || claimedCount_ == files_.size() ? files_.size() : claimedCount_++;
 }
 
-std::unique_ptr<LoadedFile> OrderedLoader::load(const std::string &name) const {
+std::unique_ptr<LoadedFile> OrderedLoader::load(const std::string &name) {
     auto file = std::make_unique<LoadedFile>(name);
     std::int64_t reported = 0;
     const auto report = [this, &reported](int percent, qint64 fileSize) {
@@ -75,7 +78,8 @@ std::unique_ptr<LoadedFile> OrderedLoader::load(const std::string &name) const {
         reported = done;
     };
     try {
-        file->report = loadFile(QString::fromStdString(name), file->data, cancelled_, report);
+        file->report =
+            loadFile(QString::fromStdString(name), file->data, cancelled_, report, &parsingThreads_);
     } catch (const std::exception &error) {
         file->report.problem = QString::fromUtf8(error.what());
     }

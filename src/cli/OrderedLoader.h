@@ -2,6 +2,7 @@
 
 #include "data/DataSet.h"
 #include "loading/FileLoading.h"
+#include "loading/ParsingThreads.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -43,11 +44,12 @@ private:
     void work();
     // Index of the file to load next, or the number of files when there is no more to do.
     std::size_t claim();
-    std::unique_ptr<LoadedFile> load(const std::string &file) const;
+    std::unique_ptr<LoadedFile> load(const std::string &file);
 
     const std::vector<std::string> files_;
     const std::size_t lead_; // files that may be claimed ahead of the next one to be taken
     ProgressBar &progress_;
+    ParsingThreads parsingThreads_;
     std::atomic<bool> cancelled_ = false;
 
     std::mutex mutex_; // guards what follows, down to the threads

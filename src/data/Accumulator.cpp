@@ -18,9 +18,9 @@ ColumnSums Accumulator::columns() {
     return {sums, sums + partSize_, sums + 2 * partSize_, sums + 3 * partSize_};
 }
 
-void Accumulator::add(const Record &record) {
-    recordKernels().addColumns(columns_, record.values.data(), columns());
-    takeStamp(record);
+void Accumulator::add(const RecordStamp &stamp, const double *values) {
+    recordKernels().addColumns(columns_, values, columns());
+    takeStamp(stamp);
     ++count_;
 }
 

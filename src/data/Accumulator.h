@@ -18,7 +18,9 @@ inline constexpr double emptyMaximum = -std::numeric_limits<double>::max();
 class Accumulator {
 public:
     void resize(std::size_t columns);
-    void add(const Record &record);
+    // Takes in a record: `values` has one for each column.
+    void add(const RecordStamp &stamp, const double *values);
+    void add(const Record &record) { add(record, record.values.data()); }
     // Takes in a whole lower period: its sums in one compensated step.
     void merge(const Accumulator &lower);
     void reset();

@@ -66,21 +66,44 @@ void DataFileParser::setSubFileName(std::string name) {
 
 std::shared_ptr<DataFragment> DataFileParser::parseLine(std::uint64_t offset, std::string_view line,
                                                         std::uint64_t shortfall) {
+    std::shared_ptr<DataFragment> started;
+    handleSafely(offset + shortfall, line.size(), [&] { started = handleLine(offset, line, shortfall); });
+    return started;
+}
+
+// Handles a line of so many bytes at this true offset, whatever goes wrong with it.
+template <typename Handling>
+void DataFileParser::handleSafely(std::uint64_t position, std::size_t length, const Handling &handle) {
     if (hasGivenUp_) {
-        return nullptr;
+        return;
     }
-    allowance_->noteRead(line.size() + 1);
+    allowance_->noteRead(length + 1);
     try {
-        return handleLine(offset, line, shortfall);
+        handle();
     } catch (const MemoryAllowance::Exceeded &error) {
-        giveUp(error.what(), offset + shortfall);
+        giveUp(error.what(), position);
     } catch (const std::length_error &error) {
         // A header line that asks for too much: one says it for all.
         problem_ = problem_.empty() ? error.what() : problem_;
     } catch (const std::exception &error) {
         appendError(error.what());
     }
+}
+
+DataFragment *DataFileParser::blockReadyFor(std::string_view line) const {
+    for (std::size_t tag = 0; tag < recordTags; ++tag) {
+        if (line.starts_with(tagPrefixes[tag].record)) {
+            const bool isReady = current_[tag] && !isOfEarlierMember_[tag] && current_[tag]->takesFields();
+            return isReady ? current_[tag].get() : nullptr;
+        }
+    }
     return nullptr;
+}
+
+void DataFileParser::takeRead(ReadLine &line, std::uint64_t shortfall) {
+    handleSafely(line.offset + shortfall, line.text.size(), [&line] {
+        line.block->acceptFields(line.offset, line.text.size(), line.result, line.stamp, line.values);
+    });
 }
 
 void DataFileParser::giveUp(std::string_view reason, std::uint64_t position) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/DataFragment.h"
+#include "data/RecordBatch.h"
 
 #include <array>
 #include <cstdint>
@@ -30,6 +31,14 @@ public:
     std::shared_ptr<DataFragment> parseLine(std::uint64_t offset, std::string_view line,
                                             std::uint64_t shortfall);
 
+    // The block that takes the record line `line`, when nothing is left to be done for that but to read its
+    // fields and accept them; null for any line that parseLine must handle. Until the next such line is
+    // handled, other threads may read fields by the block's layout.
+    DataFragment *blockReadyFor(std::string_view line) const;
+    // Handles a line for which blockReadyFor() gave a block, and whose fields have been read, as parseLine
+    // does. Never throws.
+    void takeRead(ReadLine &line, std::uint64_t shortfall);
+
     // "ERROR: " and what went wrong, for each line that could not be handled, up to about 10,000 characters.
     const std::string &messageText() const { return messageText_; }
     void appendError(std::string_view what);
@@ -51,6 +60,8 @@ public:
 private:
     static constexpr std::size_t recordTags = 3;
 
+    template <typename Handling>
+    void handleSafely(std::uint64_t position, std::size_t length, const Handling &handle);
     void giveUp(std::string_view reason, std::uint64_t position);
     std::shared_ptr<DataFragment> handleLine(std::uint64_t offset, std::string_view line,
                                              std::uint64_t shortfall);

@@ -106,30 +106,43 @@ void DataFragment::acceptRecord(std::uint64_t lineOffset, std::string_view line)
     if (!columnsAreSetUp_) {
         setUpColumns();
     }
-    if (!columnsAreRefused_ && readRecord(line, loading_->clock, loading_->record)) {
-        takeIn(loading_->record, lineOffset, line.size());
+    if (!columnsAreRefused_) {
+        Record &record = loading_->record;
+        const FieldResult result = readFields(layout_.readers, layout_.checksumSeed, fieldsOf(line), record);
+        acceptFields(lineOffset, line.size(), result, record, record.values.data());
+    }
+}
+
+void DataFragment::acceptFields(std::uint64_t lineOffset, std::size_t lineLength, FieldResult result,
+                                RecordStamp &stamp, const double *values) {
+    if (isGood(result)) {
+        loading_->clock.complete(stamp);
+        takeIn(stamp, values, lineOffset, lineLength);
     }
 }
 
 bool DataFragment::readRecord(std::string_view line, const std::vector<FieldReader> &readers,
                               RecordClock &clock, Record &record) const {
-    const std::string_view fields = line.substr(std::min(line.size(), tag_.size() + 1));
-    const FieldResult result = readFields(readers, layout_.checksumSeed, fields, record);
-    if (result == FieldResult::checksumFailure) {
-        checksumFailures_.fetch_add(1, std::memory_order_relaxed);
-    }
-    if (result != FieldResult::good) {
+    if (!isGood(readFields(readers, layout_.checksumSeed, fieldsOf(line), record))) {
         return false;
     }
     clock.complete(record);
     return true;
 }
 
-void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::size_t lineLength) {
-    if (recordCount_ == 0) {
-        startPeriods(record.seconds);
+bool DataFragment::isGood(FieldResult result) const {
+    if (result == FieldResult::checksumFailure) {
+        checksumFailures_.fetch_add(1, std::memory_order_relaxed);
     }
-    lastTime_ = timeOf(record);
+    return result == FieldResult::good;
+}
+
+void DataFragment::takeIn(const RecordStamp &stamp, const double *values, std::uint64_t lineOffset,
+                          std::size_t lineLength) {
+    if (recordCount_ == 0) {
+        startPeriods(stamp.seconds);
+    }
+    lastTime_ = timeOf(stamp);
     if (firstTime_ == 0) {
         firstTime_ = lastTime_;
     }
@@ -138,11 +151,11 @@ void DataFragment::takeIn(const Record &record, std::uint64_t lineOffset, std::s
     }
     endOffset_ = lineOffset + lineLength;
     const std::size_t indexSize = halfHourIndex_.entries().size();
-    halfHourIndex_.note(record.seconds, lineOffset);
+    halfHourIndex_.note(stamp.seconds, lineOffset);
     loading_->newPeriods += (halfHourIndex_.entries().size() - indexSize) * sizeof(HalfHourIndex::Entry);
-    closePeriods(record);
-    loading_->accumulators[0].add(record);
-    widenStamps(record);
+    closePeriods(stamp);
+    loading_->accumulators[0].add(stamp, values);
+    widenStamps(stamp);
     ++recordCount_;
     if (const std::uint64_t bytes = std::exchange(loading_->newPeriods, 0);
         bytes > 0 && loading_->allowance) {

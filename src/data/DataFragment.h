@@ -9,6 +9,7 @@
 #include "data/RecordClock.h"
 #include "time/Timezone.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdint>
@@ -84,6 +85,12 @@ public:
     // it was the last for which there is memory. `lineOffset` is the line's offset in
     // the source as the line reader reports it.
     void acceptRecord(std::uint64_t lineOffset, std::string_view line);
+    // True when acceptRecord would do nothing but read the line's fields by layout() and accept them.
+    bool takesFields() const { return loading_ && columnsAreSetUp_ && !columnsAreRefused_; }
+    // The second half of acceptRecord, for a line whose fields have been read into `stamp` and `values` with
+    // this result. Only while takesFields().
+    void acceptFields(std::uint64_t lineOffset, std::size_t lineLength, FieldResult result,
+                      RecordStamp &stamp, const double *values);
     // The block's lines lie between these true offsets, the header line first: the begin in its first archive
     // member, the end in its last.
     void setBlockBegin(std::uint64_t offset) { blockBegin_ = offset; }
@@ -93,6 +100,10 @@ public:
     // Gives back the memory that only loading needs; records that still come are dropped.
     void finishLoading();
 
+    // What readFields() takes of a record line: all behind the tag.
+    std::string_view fieldsOf(std::string_view line) const {
+        return line.substr(std::min(line.size(), tag_.size() + 1));
+    }
     // Reads a record line, tag included, into `record`, whose time `clock` completes. False for a bad record;
     // a bad checksum is counted, also when the line is read again.
     bool readRecord(std::string_view line, RecordClock &clock, Record &record) const {
@@ -160,7 +171,9 @@ private:
     };
 
     void takeMemoryForColumns();
-    void takeIn(const Record &record, std::uint64_t lineOffset, std::size_t lineLength);
+    bool isGood(FieldResult result) const;
+    void takeIn(const RecordStamp &stamp, const double *values, std::uint64_t lineOffset,
+                std::size_t lineLength);
     void startPeriods(std::uint32_t utcSeconds);
     void closePeriods(const RecordStamp &stamp);
     void widenStamps(const RecordStamp &record);

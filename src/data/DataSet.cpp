@@ -51,6 +51,16 @@ void DataSet::parseLine(std::uint64_t offset, std::string_view line, std::uint64
     }
 }
 
+DataFragment *DataSet::blockReadyFor(std::string_view line) const {
+    return parser_ ? parser_->blockReadyFor(line) : nullptr;
+}
+
+void DataSet::takeRead(ReadLine &line, std::uint64_t shortfall) {
+    if (parser_) {
+        parser_->takeRead(line, shortfall);
+    }
+}
+
 void DataSet::appendError(std::string_view what) {
     if (parser_) {
         parser_->appendError(what);

@@ -34,6 +34,9 @@ public:
     void setSourceState(std::shared_ptr<const SourceState> state);
     // See DataFileParser::parseLine.
     void parseLine(std::uint64_t offset, std::string_view line, std::uint64_t shortfall = 0);
+    // See DataFileParser::blockReadyFor and takeRead.
+    DataFragment *blockReadyFor(std::string_view line) const;
+    void takeRead(ReadLine &line, std::uint64_t shortfall);
     // Adds "ERROR: " and `what` to the message text, while that is short enough.
     void appendError(std::string_view what);
     // Call after the last line: gives back the memory that only reading needs.
@@ -43,6 +46,8 @@ public:
     std::string problem() const;
     // What the source takes, as it is reckoned: see MemoryAllowance.
     std::uint64_t memoryTaken() const { return parser_ ? parser_->allowance().taken() : 0; }
+    // What it may still take.
+    std::uint64_t memoryLeft() const { return parser_ ? parser_->allowance().left() : 0; }
     // See DataFileParser::hasGivenUp.
     bool hasGivenUp() const { return parser_ && parser_->hasGivenUp(); }
     // False when no header line has come: not a data file.

@@ -48,7 +48,7 @@ std::uint32_t nanosecondsOf(float fraction) {
 }
 
 // The part behind the seconds: ":" and milliseconds, or a decimal fraction.
-bool readFraction(TextCursor &cursor, Record &record) {
+bool readFraction(TextCursor &cursor, RecordStamp &stamp) {
     if (cursor.at == cursor.end) {
         return true;
     }
@@ -58,49 +58,49 @@ bool readFraction(TextCursor &cursor, Record &record) {
         if (!readInteger(cursor, milliseconds)) {
             return false;
         }
-        record.nanoseconds = static_cast<std::uint32_t>(milliseconds) * 1000000U;
+        stamp.nanoseconds = static_cast<std::uint32_t>(milliseconds) * 1000000U;
     } else if (*cursor.at == '.') {
         float fraction = 0;
         if (!readFloat(cursor, fraction)) {
             return false;
         }
-        record.nanoseconds = nanosecondsOf(fraction);
+        stamp.nanoseconds = nanosecondsOf(fraction);
     }
     return true;
 }
 
-bool readTimeOfDay(TextCursor &cursor, Record &record) {
-    if (readPlainTimeOfDay(cursor, record)) {
-        record.flags |= RecordStamp::hasTimeOfDay;
+bool readTimeOfDay(TextCursor &cursor, RecordStamp &stamp) {
+    if (readPlainTimeOfDay(cursor, stamp)) {
+        stamp.flags |= RecordStamp::hasTimeOfDay;
         return true;
     }
-    if (!readTriple(cursor, record.hour, record.minute, record.second)) {
+    if (!readTriple(cursor, stamp.hour, stamp.minute, stamp.second)) {
         return false;
     }
-    record.flags |= RecordStamp::hasTimeOfDay;
-    return readFraction(cursor, record);
+    stamp.flags |= RecordStamp::hasTimeOfDay;
+    return readFraction(cursor, stamp);
 }
 
-bool readDate(TextCursor &cursor, Record &record) {
-    if (!readPlainDate(cursor, record) && !readTriple(cursor, record.year, record.month, record.day)) {
+bool readDate(TextCursor &cursor, RecordStamp &stamp) {
+    if (!readPlainDate(cursor, stamp) && !readTriple(cursor, stamp.year, stamp.month, stamp.day)) {
         return false;
     }
-    record.flags |= RecordStamp::hasDate;
+    stamp.flags |= RecordStamp::hasDate;
     return true;
 }
 
-bool readDiagnosticWord(TextCursor &cursor, const FieldReader &reader, Record &record) {
+bool readDiagnosticWord(TextCursor &cursor, const FieldReader &reader, RecordStamp &stamp, double *values) {
     std::int64_t word = 0;
     if (!readInteger(cursor, word)) {
         return false;
     }
-    record.diagnosticWord = static_cast<std::uint32_t>(word);
-    record.values[reader.firstValue] = static_cast<double>(word);
+    stamp.diagnosticWord = static_cast<std::uint32_t>(word);
+    values[reader.firstValue] = static_cast<double>(word);
     // A set flag reads as its position, not as 1: each one then plots on a level of its own.
     constexpr std::uint32_t wordBits = 32;
     for (std::uint32_t position = 1; position <= reader.flagCount; ++position) {
-        const bool isSet = position <= wordBits && (record.diagnosticWord >> (position - 1) & 1U) != 0;
-        record.values[reader.firstValue + position] = isSet ? position : 0;
+        const bool isSet = position <= wordBits && (stamp.diagnosticWord >> (position - 1) & 1U) != 0;
+        values[reader.firstValue + position] = isSet ? position : 0;
     }
     return true;
 }
@@ -167,9 +167,9 @@ void noteRuns(std::vector<FieldReader> &readers) {
     }
 }
 
-FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t checksumSeed,
-                       std::string_view fields, Record &record) {
-    static_cast<RecordStamp &>(record) = RecordStamp();
+FieldResult readFields(std::span<const FieldReader> readers, std::uint8_t checksumSeed,
+                       std::string_view fields, RecordStamp &stamp, double *values) {
+    stamp = RecordStamp();
     TextCursor cursor{fields.data(), fields.data() + fields.size()};
     RunningSum running(checksumSeed, fields.data());
     PlainFields plain(cursor);
@@ -178,23 +178,23 @@ FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t che
         bool good = true;
         switch (reader.kind) {
         case FieldReader::Kind::value:
-            good = readFloats(cursor, fields.data(), reader.fieldCount, &record.values[reader.firstValue]);
+            good = readFloats(cursor, fields.data(), reader.fieldCount, values + reader.firstValue);
             i += reader.fieldCount - 1;
             break;
         case FieldReader::Kind::seconds:
-            good = readInto(cursor, record.seconds);
+            good = readInto(cursor, stamp.seconds);
             break;
         case FieldReader::Kind::nanoseconds:
-            good = readInto(cursor, record.nanoseconds);
+            good = readInto(cursor, stamp.nanoseconds);
             break;
         case FieldReader::Kind::date:
-            good = readDate(cursor, record);
+            good = readDate(cursor, stamp);
             break;
         case FieldReader::Kind::timeOfDay:
-            good = readTimeOfDay(cursor, record);
+            good = readTimeOfDay(cursor, stamp);
             break;
         case FieldReader::Kind::diagnosticWord:
-            good = readDiagnosticWord(cursor, reader, record);
+            good = readDiagnosticWord(cursor, reader, stamp, values);
             break;
         case FieldReader::Kind::checksum: {
             const FieldResult result = checkSum(cursor, running, fields.data());

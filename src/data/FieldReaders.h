@@ -3,6 +3,7 @@
 #include "data/Record.h"
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -35,8 +36,15 @@ enum class FieldResult : std::uint8_t { good, bad, checksumFailure };
 // Notes in each value column's reader how many follow each other from there on.
 void noteRuns(std::vector<FieldReader> &readers);
 
-// Reads `fields`, a record line from just behind its tag's tab, into `record`, whose values are already
-// sized. The last of `readers` is none that skips, and their runs are noted. Values and stamp are whole only
-// when the result is good. Nothing is allocated.
-FieldResult readFields(const std::vector<FieldReader> &readers, std::uint8_t checksumSeed,
-                       std::string_view fields, Record &record);
+// Reads `fields`, a record line from just behind its tag's tab, into `stamp` and `values`, with room for all
+// of them. The last of `readers` is none that skips, and their runs are noted. Values and stamp are whole
+// only when the result is good. Nothing is allocated or thrown, and no other line counts: any thread may
+// read.
+FieldResult readFields(std::span<const FieldReader> readers, std::uint8_t checksumSeed,
+                       std::string_view fields, RecordStamp &stamp, double *values);
+
+// The same into `record`, whose values are already sized.
+inline FieldResult readFields(std::span<const FieldReader> readers, std::uint8_t checksumSeed,
+                              std::string_view fields, Record &record) {
+    return readFields(readers, checksumSeed, fields, record, record.values.data());
+}

@@ -8,7 +8,7 @@ std::uint64_t MemoryAllowance::limit() const {
 }
 
 void MemoryAllowance::take(std::uint64_t bytes, const char *what) {
-    if (bytes > limit() - taken_) {
+    if (bytes > left()) {
         constexpr std::uint64_t mebibyte = std::uint64_t{1024} * 1024;
         throw Exceeded("Too many " + std::string(what) +
                        " for the size of the file: they would take more than " +

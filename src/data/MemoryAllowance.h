@@ -29,6 +29,7 @@ public:
 
     std::uint64_t taken() const { return taken_; }
     std::uint64_t limit() const;
+    std::uint64_t left() const { return limit() - taken_; }
 
 private:
     std::uint64_t read_ = 0;

@@ -1,6 +1,8 @@
 #include "loading/FileLoading.h"
 
 #include "data/SourceState.h"
+#include "loading/ParsingThreads.h"
+#include "loading/RecordPipeline.h"
 #include "loading/lines/Archive.h"
 #include "loading/lines/ChunkLineReader.h"
 
@@ -11,6 +13,8 @@
 #include <algorithm>
 #include <exception>
 #include <memory>
+#include <new>
+#include <optional>
 
 namespace {
 
@@ -38,11 +42,13 @@ MemberList membersOf(const QString &fileName) {
 class Loading {
 public:
     Loading(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
-            const LoadProgress &progress)
+            const LoadProgress &progress, ParsingThreads *threads)
         : fileName_(fileName),
           source_(source),
           cancelled_(cancelled),
           progress_(progress),
+          threads_(threads),
+          load_(threads),
           fileSize_(QFileInfo(fileName).size()) {}
 
     LoadReport run() {
@@ -73,13 +79,11 @@ private:
     }
 
     void readMembers(const MemberList &list) {
-        QuaZip archive(fileName_);
         const bool isArchive = isArchiveName(fileName_);
         if (isArchive && !list.members.empty()) {
-            archive.open(QuaZip::mdUnzip);
+            archive_.open(QuaZip::mdUnzip);
         }
         QSet<QString> names;
-        ChunkLineReader reader; // one for all: its block would cost more than a small member
         for (auto member = list.members.begin(); member != list.members.end() && !hasEnded(); ++member) {
             // A member is found by its name: of several that share one, or without one, the others cannot be
             // read.
@@ -89,39 +93,114 @@ private:
                 continue;
             }
             names.insert(member->name);
-            readMember(*member, reader,
-                       isArchive ? reader.openMember(archive, member->name) : reader.open(fileName_, {}));
+            readMember(*member,
+                       isArchive ? reader_.openMember(archive_, member->name) : reader_.open(fileName_, {}));
         }
     }
 
-    void readMember(const ArchiveMember &member, ChunkLineReader &reader, bool isOpen) {
+    void readMember(const ArchiveMember &member, bool isOpen) {
         source_.setSubFileName(member.name.toStdString());
         if (isOpen) {
-            readLines(reader);
+            readLines();
         }
         bytesRead_ += member.size;
-        reader.finish();
-        note(reader.problem());
-        state_->addProblem(reader.problem());
+        reader_.finish();
+        note(reader_.problem());
+        state_->addProblem(reader_.problem());
     }
 
-    void readLines(ChunkLineReader &reader) {
-        while (!hasEnded() && reader.nextLine()) {
-            handleLine(reader);
-            if (++linesSinceReport_ == linesBetweenReports) {
-                linesSinceReport_ = 0;
-                reportProgress(static_cast<qint64>(reader.lineOffset()));
-            }
+    void readLines() {
+        askForHelp();
+        while (!hasEnded() && nextLine()) {
+            handleLine();
+        }
+        if (pipeline_ && hasEnded()) {
+            pipeline_->dropAll();
+        } else if (pipeline_) {
+            pipeline_->takeAll();
         }
     }
 
     bool hasEnded() const { return cancelled_ || source_.hasGivenUp(); }
 
-    void handleLine(const ChunkLineReader &reader) {
+    bool nextLine() {
+        if (reader_.nextLineOfBlock()) {
+            return true;
+        }
+        if (pipeline_) {
+            pipeline_->beginRefill();
+        }
+        const bool isThere = reader_.refill();
+        askForHelp();
+        return isThere;
+    }
+
+    // Other loads come and go, so that there are threads to help with one piece of a source, and none with
+    // the next.
+    void askForHelp() {
+        isHelped_ = threads_ != nullptr && threads_->canHelpWith(reader_.size());
+        if (isHelped_ && !pipeline_) {
+            isHelped_ = makePipeline();
+        }
+        noteMemory();
+    }
+
+    // False when there is no memory for it, and one thread does it all.
+    bool makePipeline() {
         try {
-            source_.parseLine(reader.lineOffset(), reader.line(), reader.shortfall());
+            reader_.addBlock();
+            pipeline_.emplace(*threads_, [this](RecordBatch &batch, std::uint64_t shortfall) {
+                takeBatch(batch, shortfall);
+            });
+        } catch (const std::bad_alloc &) {
+            return false;
+        }
+        return true;
+    }
+
+    void handleLine() {
+        if (mayGoAhead_) {
+            if (DataFragment *const block = source_.blockReadyFor(reader_.line())) {
+                pipeline_->add(*block, reader_.line(), reader_.lineOffset(), reader_.shortfall());
+                return;
+            }
+        }
+        if (pipeline_ && !pipeline_->isEmpty()) {
+            pipeline_->takeAll();
+            if (hasEnded()) {
+                return;
+            }
+        }
+        try {
+            source_.parseLine(reader_.lineOffset(), reader_.line(), reader_.shortfall());
         } catch (const std::exception &error) {
             source_.appendError(error.what());
+        }
+        noteMemory();
+        noteLine(reader_.lineOffset());
+    }
+
+    void takeBatch(RecordBatch &batch, std::uint64_t shortfall) {
+        for (ReadLine &line : batch.lines()) {
+            if (hasEnded()) {
+                return;
+            }
+            source_.takeRead(line, shortfall);
+            noteLine(line.offset);
+        }
+        noteMemory();
+    }
+
+    // A source is read no further than to the line for which there is no memory. So where that may come soon,
+    // each line is handled before the next one is looked for.
+    void noteMemory() {
+        mayGoAhead_ = isHelped_ && source_.memoryLeft() >= RecordPipeline::mostMemoryOfRecords;
+    }
+
+    void noteLine(std::uint64_t offset) {
+        if (++linesSinceReport_ == linesBetweenReports) {
+            linesSinceReport_ = 0;
+            reportProgress(static_cast<qint64>(offset));
         }
     }
 
@@ -168,6 +247,13 @@ private:
     // As it is before any of it is read: what changes meanwhile has changed since.
     const std::shared_ptr<SourceState> state_ =
         std::make_shared<SourceState>(fileName_.toStdString(), isArchiveName(fileName_));
+    ParsingThreads *const threads_; // null when nobody helps
+    const ParsingThreads::Load load_;
+    QuaZip archive_{fileName_}; // opened for an archive only
+    ChunkLineReader reader_;    // one for all members: its block would cost more than a small one
+    std::optional<RecordPipeline> pipeline_; // since others have helped for the first time
+    bool mayGoAhead_ = false;                // of lines whose fields are still to be read
+    bool isHelped_ = false;                  // with the present piece of the source
     qint64 fileSize_;
     qint64 total_ = 0;     // bytes of all members, uncompressed
     qint64 bytesRead_ = 0; // of the members before the present one
@@ -200,8 +286,8 @@ QString whyNotLoadable(const QString &fileName) {
 }
 
 LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
-                    const LoadProgress &progress) {
-    return Loading(fileName, source, cancelled, progress).run();
+                    const LoadProgress &progress, ParsingThreads *threads) {
+    return Loading(fileName, source, cancelled, progress, threads).run();
 }
 
 std::vector<QString> messagesOf(const DataSet &source, const LoadReport &report) {

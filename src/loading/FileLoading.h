@@ -8,6 +8,8 @@
 #include <functional>
 #include <vector>
 
+class ParsingThreads;
+
 // What loading one file came to, for people.
 struct LoadReport {
     // Set when the file, or a part of it, could not be read as a data file; several problems are joined by ";
@@ -21,9 +23,11 @@ struct LoadReport {
 using LoadProgress = std::function<void(int percent, qint64 fileSize)>;
 
 // Reads the plain file or archive `fileName` line by line into `source`, which was made for it. Stops soon
-// after `cancelled` is set. Never throws for anything that the file holds. Runs on any thread.
+// after `cancelled` is set. Never throws for anything that the file holds. Runs on any thread. With
+// `threads`, those read the fields of a large source's records where they can; nothing of what comes out
+// depends on it.
 LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
-                    const LoadProgress &progress);
+                    const LoadProgress &progress, ParsingThreads *threads = nullptr);
 
 // What there is to say about a loaded file, in the order in which it is shown: wrong checksums, lines that
 // could not be handled, then the report.

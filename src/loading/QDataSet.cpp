@@ -9,8 +9,9 @@
 
 #include <algorithm>
 #include <exception>
+#include <thread>
 
-QDataSet::QDataSet(QObject *parent) : QObject(parent) {}
+QDataSet::QDataSet(QObject *parent) : QObject(parent), parsingThreads_(std::thread::hardware_concurrency()) {}
 
 QDataSet::~QDataSet() {
     pending_.clear();
@@ -121,7 +122,7 @@ void QDataSet::LoadFile(const QString &fileName, DataSet &source, const std::ato
     };
     LoadReport report;
     try {
-        report = loadFile(fileName, source, cancelled, progress);
+        report = loadFile(fileName, source, cancelled, progress, &parsingThreads_);
     } catch (const std::exception &error) {
         // Out of memory, most likely: the program goes on with what it has.
         report.problem = QStringLiteral("Loading failed: ") + QString::fromUtf8(error.what());

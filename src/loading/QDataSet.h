@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/DataSet.h"
+#include "loading/ParsingThreads.h"
 
 #include <QList>
 #include <QObject>
@@ -88,5 +89,6 @@ private:
     DataSet dataSet_;
     std::deque<QString> pending_;
     QList<QDataSetThread *> threads_;
+    ParsingThreads parsingThreads_; // for a large file while few others load
     mutable QReadWriteLock lock_{QReadWriteLock::NonRecursive};
 };

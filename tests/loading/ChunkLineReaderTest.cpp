@@ -4,6 +4,7 @@
 
 #include "loading/support/ReaderBytes.h"
 #include "loading/support/ReadingCheck.h"
+#include "loading/support/ReferenceLines.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -239,5 +240,42 @@ TEST(ChunkLineReader, RandomBytesAreReadByTheRules) {
         ChunkLineReader reader;
         ASSERT_TRUE(openBytes(reader, bytes, seed % 2 == 0 ? sequential : randomAccess, start));
         EXPECT_TRUE(readsByTheRules(reader, bytes, start)) << "seed " << seed;
+    }
+}
+
+TEST(ChunkLineReader, WithTwoBlocksLinesAndOffsetsAreTheSameAndHoldUntilTheRefillAfterNext) {
+    std::string bytes;
+    for (std::size_t i = 0; bytes.size() < static_cast<std::size_t>(4 * ChunkLineReader::readSize); ++i) {
+        bytes.append(i % 5000, static_cast<char>('a' + i % 26)).append(i % 3 == 0 ? "\r\n" : "\n");
+    }
+    const ReferenceReading expected = referenceReading(bytes);
+    for (const PiecewiseDevice::Behaviour &behaviour : {randomAccess, sequential}) {
+        ChunkLineReader reader;
+        ASSERT_TRUE(openBytes(reader, bytes, behaviour));
+        reader.addBlock();
+        std::vector<std::string_view> held; // of the present block of bytes and the one before
+        std::size_t before = 0;
+        std::size_t line = 0;
+        int refills = 0;
+        while (true) {
+            if (!reader.nextLineOfBlock()) {
+                for (std::size_t i = 0; i < held.size(); ++i) {
+                    ASSERT_EQ(held[i], expected.lines[line - held.size() + i].text);
+                }
+                held.erase(held.begin(), held.begin() + static_cast<std::ptrdiff_t>(before));
+                before = held.size();
+                if (!reader.refill()) {
+                    break;
+                }
+                ++refills;
+            }
+            ASSERT_LT(line, expected.lines.size());
+            ASSERT_EQ(reader.lineOffset(), expected.lines[line].reportedOffset);
+            ASSERT_EQ(reader.lineOffset() + reader.shortfall(), expected.lines[line].trueOffset);
+            held.push_back(reader.line());
+            ++line;
+        }
+        EXPECT_EQ(line, expected.lines.size());
+        EXPECT_EQ(refills, 4);
     }
 }

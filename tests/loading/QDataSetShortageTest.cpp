@@ -1,36 +1,15 @@
 // A file that is added while the system has no room for a thread.
 
 #include "loading/QDataSet.h"
+#include "loading/support/AddressSpaceLimit.h"
 #include "loading/support/QDataSetScene.h"
 #include "support/SanitizerBuild.h"
 
 #include <QtTest>
 
-#include <fstream>
-#include <sys/resource.h>
-#include <unistd.h>
-
 namespace {
 
 constexpr rlim_t megabyte = 1 << 20;
-
-// While it lives, the program gets that much more address space at most.
-class AddressSpaceLimit {
-public:
-    explicit AddressSpaceLimit(rlim_t more) {
-        getrlimit(RLIMIT_AS, &before_);
-        rlim_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        rlimit limit = before_;
-        limit.rlim_cur = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + more;
-        setrlimit(RLIMIT_AS, &limit);
-    }
-    ~AddressSpaceLimit() { setrlimit(RLIMIT_AS, &before_); }
-    Q_DISABLE_COPY(AddressSpaceLimit)
-
-private:
-    rlimit before_{};
-};
 
 } // namespace
 

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void destructionWhileTenWorkersRunStopsThemTogether();
     void addingAndRemovingOneFileQuicklyLeavesItsDataOnceOrNotAtAll();
     void addingOneFileQuicklyAndOftenLeavesItsDataOnce();
+    void aLargeFileThatIsRemovedWhileItLoadsAndAddedAgainIsLoadedWhole();
     void twoThousandFilesAreAddedMergedAndRemoved();
 };
 
@@ -180,6 +181,31 @@ void QDataSetWorkersTest::addingOneFileQuicklyAndOftenLeavesItsDataOnce() {
     QCOMPARE(recordsOf(scene.set, "QA330"), 50U);
     scene.set.RemoveFile(path);
     QVERIFY(!scene.set.hasVariableKeys());
+}
+
+// Other cores help with a file of this size.
+void QDataSetWorkersTest::aLargeFileThatIsRemovedWhileItLoadsAndAddedAgainIsLoadedWhole() {
+    Scene scene;
+    {
+        WorkerGate gate(scene.set, [](const QString &, int percent) { return percent >= 30; });
+        const QString path = scene.add("large.data", largeDataText("QA330", start, 70'000));
+        QVERIFY(QFileInfo(path).size() > ParsingThreads::smallSource);
+        QVERIFY(gate.waitForHeld(1));
+        scene.set.RemoveFile(path);
+        gate.open();
+        QVERIFY(scene.waitForRest());
+        QCOMPARE(scene.loadedCount(), 0);
+        scene.set.AddFile(path);
+        scene.add("small.data", dataText("QA340", start, 5));
+        QVERIFY(scene.waitForRest());
+    }
+    QCOMPARE(scene.loadedCount(), 2);
+    QCOMPARE(recordsOf(scene.set, "QA330"), 70'000U);
+    QCOMPARE(recordsOf(scene.set, "QA340"), 5U);
+    double low = 0;
+    double high = 0;
+    scene.set.valueRange("QA330:DATA:CH4", low, high);
+    QCOMPARE(high, 69'999.0);
 }
 
 void QDataSetWorkersTest::twoThousandFilesAreAddedMergedAndRemoved() {

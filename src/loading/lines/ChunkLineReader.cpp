@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -112,16 +113,27 @@ void ChunkLineReader::start(std::unique_ptr<QIODevice> device, const QString &me
     ended_ = false;
     shortfall_ = 0;
     if (!memory_) {
-        memory_.reset(static_cast<char *>(std::calloc(static_cast<std::size_t>(spareByte + blockSize), 1)));
-    }
-    if (!memory_) {
-        throw std::bad_alloc();
+        memory_ = newBlock();
     }
     buffer_ = memory_.get() + spareByte;
     device_ = std::move(device);
     size_ = device_->size();
     if (skipToStart(startOffset)) {
         fill(startOffset);
+    }
+}
+
+ChunkLineReader::Block ChunkLineReader::newBlock() {
+    Block block(static_cast<char *>(std::calloc(static_cast<std::size_t>(spareByte + blockSize), 1)));
+    if (!block) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+
+void ChunkLineReader::addBlock() {
+    if (!otherMemory_) {
+        otherMemory_ = newBlock();
     }
 }
 
@@ -161,26 +173,31 @@ void ChunkLineReader::noteShortRead(bool failed, qint64 position) {
     }
 }
 
-bool ChunkLineReader::nextLine() {
+bool ChunkLineReader::nextLineOfBlock() {
+    return dataEnd_ != nullptr && !ended_ && findLine() && !endIfTooLong();
+}
+
+bool ChunkLineReader::refill() {
     if (dataEnd_ == nullptr || ended_) {
         return false;
     }
-    if (!findLine()) {
-        const qint64 lineOffset = lineBegin_ - buffer_ + base_;
-        if (!fill(lineOffset) || !findLine()) {
-            ended_ = true;
-            if (isTooLong(lineBegin_)) {
-                noteLongLine();
-            }
-            return false;
+    const qint64 lineOffset = lineBegin_ - buffer_ + base_;
+    if (!fill(lineOffset) || !findLine()) {
+        ended_ = true;
+        if (isTooLong(lineBegin_)) {
+            noteLongLine();
         }
+        return false;
     }
+    return !endIfTooLong();
+}
+
+bool ChunkLineReader::endIfTooLong() {
     if (lineEnd_ - lineBegin_ > maximumLineLength) {
         ended_ = true;
         noteLongLine();
-        return false;
     }
-    return true;
+    return ended_;
 }
 
 std::string_view ChunkLineReader::line() const {
@@ -218,14 +235,10 @@ bool ChunkLineReader::fill(qint64 fileOffset) {
     if (fileOffset >= size_) {
         return false;
     }
-    char *const mark = buffer_ + carryRoom;
-    if (carry > 0) {
-        std::memmove(mark - carry, dataEnd_ - carry, static_cast<std::size_t>(carry));
-        // Should nothing more come, the carried bytes are still where they were in the file.
-        base_ += dataEnd_ - mark;
-        dataEnd_ = mark;
-        lineBegin_ = lineEnd_ = next_ = mark - carry;
+    if (dataEnd_ != nullptr) {
+        carryOver(carry);
     }
+    char *const mark = buffer_ + carryRoom;
     const ReadResult read = readFully(*device_, mark, readSize);
     if (read.count < readSize) {
         noteShortRead(read.failed, fileOffset + static_cast<qint64>(shortfall_) + carry + read.count);
@@ -238,6 +251,21 @@ bool ChunkLineReader::fill(qint64 fileOffset) {
     dataEnd_ = mark + std::min(read.count, size_ - fileOffset);
     next_ = mark - carry;
     return true;
+}
+
+// Moves the last `carry` bytes to where the next ones are read behind them.
+void ChunkLineReader::carryOver(qint64 carry) {
+    char *const to = otherMemory_ ? otherMemory_.get() + spareByte : buffer_;
+    char *const mark = to + carryRoom;
+    std::memmove(mark - carry, dataEnd_ - carry, static_cast<std::size_t>(carry));
+    // Should nothing more come, the carried bytes are still where they were in the file.
+    base_ += (dataEnd_ - buffer_) - carryRoom;
+    dataEnd_ = mark;
+    lineBegin_ = lineEnd_ = next_ = mark - carry;
+    buffer_ = to;
+    if (otherMemory_) {
+        std::swap(memory_, otherMemory_);
+    }
 }
 
 // A cut "\r" may belong to the line end and not to the line.
@@ -285,6 +313,7 @@ bool ChunkLineReader::skip(qint64 count) {
 void ChunkLineReader::close() {
     finish();
     memory_.reset();
+    otherMemory_.reset();
     buffer_ = nullptr;
 }
 

@@ -13,7 +13,7 @@ class QuaZipFile;
 
 // Reads the lines of a plain file or of one archive member, in pieces of 8 MiB into one block.
 //
-// A line is a view into the block, without its "\n" or "\r\n", and holds until the next call. The last line
+// A line is a view into the block, without its "\n" or "\r\n", and holds until the next refill. The last line
 // of a source that ends without a line feed is not delivered; a line longer than 1 MiB ends the reading.
 // Belongs to one thread.
 class ChunkLineReader {
@@ -36,7 +36,13 @@ public:
     bool openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset = 0);
 
     // Moves to the next line; false at the end.
-    bool nextLine();
+    bool nextLine() { return nextLineOfBlock() || refill(); }
+    // The same in two steps: the next line that is whole in the present block, and when there is none, the
+    // first of the next block.
+    bool nextLineOfBlock();
+    bool refill();
+    // From now on lines hold until the refill after next: two blocks take turns.
+    void addBlock();
     std::string_view line() const;
 
     // Offset of the line as it is reported and indexed. Every refill that carries part of a line over makes
@@ -54,8 +60,8 @@ public:
     // Passes over `count` bytes; false when fewer are left in the present data and one refill.
     bool skip(qint64 count);
 
-    // Closes the source. The block is kept for the next one: clearing a new one would cost more than reading
-    // a small archive member.
+    // Closes the source. Blocks are kept for the next one: clearing a new one would cost more than reading a
+    // small archive member.
     void finish();
     // The same, and gives the block back.
     void close();
@@ -78,6 +84,7 @@ private:
     bool skipToStart(qint64 startOffset);
     bool findLine();
     bool fill(qint64 fileOffset);
+    bool endIfTooLong();
     bool isTooLong(const char *unfinishedLine) const;
     void noteShortRead(bool failed, qint64 position);
     void noteLongLine();
@@ -85,7 +92,13 @@ private:
     std::unique_ptr<QuaZip> archive_; // when a member was opened by its archive's path
     std::unique_ptr<QIODevice> device_;
     QString member_; // empty for a plain file
-    std::unique_ptr<char, Free> memory_;
+    using Block = std::unique_ptr<char, Free>;
+
+    static Block newBlock();
+    void carryOver(qint64 carry);
+
+    Block memory_;
+    Block otherMemory_;      // the one that is filled next, when two take turns
     char *buffer_ = nullptr; // 9 MiB: 1 MiB of room for a carried-over line, then the bytes read
     qint64 size_ = 0;
     qint64 base_ = 0; // file offset that the start of the buffer stands for
