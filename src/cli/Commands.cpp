@@ -28,8 +28,11 @@ unsigned defaultJobs() {
     return std::clamp(std::thread::hardware_concurrency(), 1U, 10U);
 }
 
-std::vector<std::string> filesOf(const Arguments &arguments) {
+std::vector<std::string> filesOf(const Arguments &arguments, StandardError &standardError) {
     FileArguments expanded = expandFileArguments(arguments.files);
+    for (const std::string &remark : expanded.remarks) {
+        standardError.remark(remark);
+    }
     for (const std::string &problem : expanded.problems) {
         std::cerr << problem << '\n';
     }
@@ -139,7 +142,7 @@ bool mayWriteTo(const std::string &path, const std::vector<std::string> &inputs)
 } // namespace
 
 void runCommand(const Arguments &arguments, Output &output, StandardError &standardError) {
-    const std::vector<std::string> files = filesOf(arguments);
+    const std::vector<std::string> files = filesOf(arguments, standardError);
     const auto merged = [&] { return loadMerged(arguments, files, standardError); };
     switch (arguments.command) {
     case Command::none:

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -40,6 +41,11 @@ bool isRealFolder(const fs::directory_entry &entry) {
     return entry.symlink_status(error).type() == fs::file_type::directory;
 }
 
+bool isLinkToFolder(const fs::directory_entry &entry) {
+    std::error_code error;
+    return entry.is_symlink(error) && entry.is_directory(error);
+}
+
 // What no error hides: one folder that cannot be read leaves the others to be read.
 class FolderWalk {
 public:
@@ -60,6 +66,11 @@ public:
         // Characters of a std::string compare as unsigned bytes.
         std::sort(found.begin(), found.end());
         std::move(found.begin(), found.end(), std::back_inserter(result_.files));
+        std::sort(links_.begin(), links_.end());
+        for (const std::string &link : std::exchange(links_, {})) {
+            result_.remarks.push_back(
+                link + ": This link to a folder is not followed: name it to read the files in it");
+        }
     }
 
 private:
@@ -68,6 +79,8 @@ private:
         for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
             if (isRealFolder(*at)) {
                 folders_.push_back(at->path());
+            } else if (isLinkToFolder(*at)) {
+                links_.push_back(at->path().native());
             } else if (isDataFile(*at)) {
                 found.push_back(at->path().native());
             }
@@ -78,7 +91,8 @@ private:
     }
 
     FileArguments &result_;
-    std::vector<fs::path> folders_; // still to be read
+    std::vector<fs::path> folders_;  // still to be read
+    std::vector<std::string> links_; // to folders, of the argument at hand
 };
 
 // One text for all the ways to name a file.

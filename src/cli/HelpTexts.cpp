@@ -7,7 +7,8 @@ constexpr std::string_view generalHelp =
        fvqa300-cli --help | COMMAND --help | --version
 
 Reads data files of gas analysers (.data, .ghg, .zip) without a window. A FILE that is a
-folder stands for the data files in it and below.
+folder stands for the data files in it and below, in the order of their names. Links to folders
+in it are not followed; a line on standard error names each.
 
 Commands:
   summary    where each block of records comes from, and its time range

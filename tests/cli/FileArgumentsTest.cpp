@@ -52,11 +52,27 @@ TEST(FileArguments, LinksToFoldersInsideAFolderAreNotFollowed) {
     EXPECT_EQ(expandFileArguments({folder.path("in")}).files, Paths{file});
 }
 
+TEST(FileArguments, EachLinkToAFolderThatIsLeftOutIsARemarkAndNoProblem) {
+    const TemporaryFolder folder;
+    folder.write("in/deep/a.data", "");
+    folder.write("elsewhere/b.data", "");
+    for (const char *link : {"in/z.data", "in/deep/link", "in/a"}) {
+        fs::create_directory_symlink(folder.path("elsewhere"), folder.path(link));
+    }
+    const FileArguments result = expandFileArguments({folder.path("in"), folder.path("elsewhere")});
+    const std::string text = ": This link to a folder is not followed: name it to read the files in it";
+    EXPECT_EQ(result.remarks, (Paths{folder.path("in/a") + text, folder.path("in/deep/link") + text,
+                                     folder.path("in/z.data") + text}));
+    EXPECT_TRUE(result.problems.empty());
+}
+
 TEST(FileArguments, ALinkToAFolderThatIsNamedItselfIsFollowed) {
     const TemporaryFolder folder;
     folder.write("in/a.data", "");
     fs::create_directory_symlink(folder.path("in"), folder.path("link"));
-    EXPECT_EQ(expandFileArguments({folder.path("link")}).files, Paths{folder.path("link/a.data")});
+    const FileArguments result = expandFileArguments({folder.path("link")});
+    EXPECT_EQ(result.files, Paths{folder.path("link/a.data")});
+    EXPECT_TRUE(result.remarks.empty());
 }
 
 TEST(FileArguments, LinksToFilesCount) {

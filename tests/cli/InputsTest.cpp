@@ -60,6 +60,18 @@ TEST(Inputs, AFolderIsReadWithTheFoldersBelow) {
     EXPECT_EQ(result.err, "");
 }
 
+TEST(Inputs, ALinkToAFolderIsNamedAndIsNoFailure) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("in/a.data", sampleData("X", 1000, 1));
+    folder.write("elsewhere/b.data", sampleData("X", 2000, 1));
+    std::filesystem::create_directory_symlink(folder.path("elsewhere"), folder.path("in/link"));
+    const CliResult result = runCli({"summary", folder.path("in")});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(fileNamesIn(result.out), std::vector<std::string>{file});
+    EXPECT_EQ(result.err, "fvqa300-cli: " + folder.path("in/link") +
+                              ": This link to a folder is not followed: name it to read the files in it\n");
+}
+
 TEST(Inputs, AFileNamedTwiceIsLoadedOnceAtItsLaterPlace) {
     const TemporaryFolder folder;
     const std::string a = folder.write("a.data", sampleData("X", 1000, 1));
