@@ -58,6 +58,21 @@ void describeEntry(QwtLegendLabel &label, const QString &name) {
     });
 }
 
+// From the top down, as they are seen: else the entries of a variable come when it was added.
+void orderTabStops(TimeSeriesPlot &plot) {
+    QWidget *last = &plot;
+    const auto append = [&last](QWidget *next) {
+        QWidget::setTabOrder(last, next);
+        last = next;
+    };
+    for (QwtPlotItem *curve : plot.itemList(QwtPlotItem::Rtti_PlotCurve)) {
+        if (QWidget *label = plot.checkableLegend().legendWidget(plot.itemToInfo(curve))) {
+            append(label);
+        }
+    }
+    append(plot.canvas());
+}
+
 } // namespace
 
 void describeForScreenReaders(TimeSeriesPlot &plot) {
@@ -78,8 +93,10 @@ void describeForScreenReaders(TimeSeriesPlot &plot) {
         }
     }
     plot.setAccessibleName(QwtPlot::tr("Plot of %1").arg(variables.join(QStringLiteral(", "))));
-    plot.setAccessibleDescription(
-        QwtPlot::tr("Minus and plus go back and forth in the history of views, Escape closes the window"));
+    plot.setAccessibleDescription(QwtPlot::tr(
+        "Minus and plus go back and forth in the history of views, Escape closes the window. Left and "
+        "right move a mark; Return at both ends of a range of time shows that range."));
+    orderTabStops(plot);
     // Its entries are stops of the Tab key, and come into view by themselves.
     plot.checkableLegend().findChild<QScrollArea *>()->setFocusPolicy(Qt::NoFocus);
     plot.canvas()->setAccessibleName(QwtPlot::tr("Curves against time"));

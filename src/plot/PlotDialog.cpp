@@ -4,7 +4,6 @@
 #include "plot/PlotAccessibility.h"
 #include "plot/PlotPicture.h"
 #include "plot/PlotZoomer.h"
-#include "plot/TimeSeriesPlot.h"
 #include "plot/ZoomIcons.h"
 
 #include <QAction>
@@ -342,9 +341,13 @@ void PlotDialog::dropEvent(QDropEvent *event) {
         return;
     }
     event->acceptProposedAction();
-    const bool wasEmpty = plot_->wholeRange().isEmpty();
     const bool isOnRightHalf = event->pos().x() > width() / 2;
-    plot_->addVariable(key, isOnRightHalf ? TimeSeriesPlot::Side::right : TimeSeriesPlot::Side::left);
+    addVariable(key, isOnRightHalf ? TimeSeriesPlot::Side::right : TimeSeriesPlot::Side::left);
+}
+
+void PlotDialog::addVariable(const QString &key, TimeSeriesPlot::Side side) {
+    const bool wasEmpty = plot_->wholeRange().isEmpty();
+    plot_->addVariable(key, side);
     describeForScreenReaders(*plot_);
     extendZoomBase(wasEmpty);
     plot_->replot();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plot/TimeSeriesPlot.h"
 #include "time/Timezone.h"
 
 #include <QDialog>
@@ -17,7 +18,6 @@ class QPrintDialog;
 class QPrinter;
 class QPushButton;
 class QToolButton;
-class TimeSeriesPlot;
 
 // A window that draws variables against time: zoom history, automatic scaling, a range for the left axis,
 // curves that can be hidden, pictures and printing.
@@ -33,6 +33,9 @@ public:
     // Throws Timezone::Error when the zone file of the variable's zone has become unreadable.
     PlotDialog(QWidget *parent, const QDataSet *dataSet, const QString &key);
     ~PlotDialog() override;
+
+    // Adds a variable's curves, as dropping its key on that side does.
+    void addVariable(const QString &key, TimeSeriesPlot::Side side);
 
 public Q_SLOTS:
     void OnZoomed(const QRectF &rect);

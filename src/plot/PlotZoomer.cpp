@@ -1,5 +1,7 @@
 #include "plot/PlotZoomer.h"
 
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QSignalBlocker>
 #include <qwt_plot.h>
 
@@ -21,6 +23,11 @@ QStack<QRectF> stackOf(std::initializer_list<QRectF> rects) {
 PlotZoomer::PlotZoomer(QWidget *canvas, const Timezone &zone)
     : QwtPlotZoomer(canvas, true), timezone_(zone.fresh()) {
     setTrackerMode(AlwaysOn);
+    // Qwt's own keys move the mouse's pointer, which not every desktop allows, one pixel at a time.
+    for (const KeyPatternCode code : {KeySelect1, KeyLeft, KeyRight, KeyUp, KeyDown}) {
+        setKeyPattern(code, Qt::Key_unknown);
+    }
+    plot()->installEventFilter(this);
 }
 
 void PlotZoomer::restart(const QRectF &base) {
@@ -35,7 +42,120 @@ void PlotZoomer::restart(const QRectF &base, const QRectF &shown) {
     rescale();
 }
 
+// The canvas leaves its keys to the plot.
+bool PlotZoomer::eventFilter(QObject *watched, QEvent *event) {
+    return (watched == plot() && event->type() == QEvent::KeyPress &&
+            takeKey(*static_cast<QKeyEvent *>(event))) ||
+           QwtPlotZoomer::eventFilter(watched, event);
+}
+
+bool PlotZoomer::takeKey(const QKeyEvent &key) {
+    if (isActive() && mark_ == Mark::none) {
+        return false; // the mouse draws a rectangle
+    }
+    const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (isReturn && mark_ != Mark::none) {
+        if (!key.isAutoRepeat()) {
+            fixMark();
+        }
+        return true;
+    }
+    const std::optional<double> moved = markMovedBy(key);
+    if (moved) {
+        const QRectF view = zoomRect();
+        markedTime_ = std::clamp(*moved, view.left(), view.right());
+        mark_ = mark_ == Mark::none ? Mark::oneEnd : mark_;
+        showMark();
+    }
+    return moved.has_value();
+}
+
+// Where the key puts the mark; an arrow key that finds none puts it in the middle.
+std::optional<double> PlotZoomer::markMovedBy(const QKeyEvent &key) const {
+    constexpr double smallSteps = 100; // in a view
+    constexpr double largeSteps = 10;
+    const Qt::KeyboardModifiers modifiers = key.modifiers() & ~Qt::KeypadModifier;
+    if ((modifiers & ~Qt::ControlModifier) != 0) {
+        return std::nullopt;
+    }
+    const QRectF view = zoomRect();
+    const double step = view.width() / (modifiers == Qt::NoModifier ? smallSteps : largeSteps);
+    switch (key.key()) {
+    case Qt::Key_Left:
+        return mark_ == Mark::none ? view.center().x() : markedTime_ - step;
+    case Qt::Key_Right:
+        return mark_ == Mark::none ? view.center().x() : markedTime_ + step;
+    case Qt::Key_Home:
+        return view.left();
+    case Qt::Key_End:
+        return view.right();
+    default:
+        return std::nullopt;
+    }
+}
+
+// As a rectangle of the whole height, which is a line as long as one end is not fixed.
+void PlotZoomer::showMark() {
+    const Mark mark = mark_;
+    reset();
+    const QRect area = pickArea().boundingRect().toRect();
+    const auto columnOf = [this](double time) { return qRound(plot()->transform(xAxis(), time)); };
+    const int marked = std::clamp(columnOf(markedTime_), area.left(), area.right());
+    const int fixed = mark == Mark::otherEnd ? columnOf(fixedTime_) : marked;
+    QMouseEvent hover(QEvent::MouseMove, QPoint(marked, area.center().y()), Qt::NoButton, Qt::NoButton,
+                      Qt::NoModifier);
+    QwtPlotZoomer::widgetMouseMoveEvent(&hover); // the time stands there
+    begin();
+    if (isActive()) { // else the view is as short as a view can be
+        mark_ = mark;
+        append({fixed, area.top()});
+        append({marked, area.bottom()});
+    }
+}
+
+void PlotZoomer::fixMark() {
+    if (mark_ == Mark::oneEnd) {
+        fixedTime_ = markedTime_;
+        mark_ = Mark::otherEnd;
+        showMark();
+        return;
+    }
+    const QRectF view = zoomRect();
+    const auto [from, to] = std::minmax({fixedTime_, markedTime_});
+    if (to - from >= minZoomSize().width()) {
+        reset();
+        zoom(QRectF(from, view.top(), to - from, view.height()));
+    }
+}
+
+void PlotZoomer::reset() {
+    const bool wasMarked = mark_ != Mark::none;
+    mark_ = Mark::none;
+    QwtPlotZoomer::reset();
+    if (wasMarked) {
+        QEvent leave(QEvent::Leave);
+        widgetLeaveEvent(&leave); // no time stands where no mouse is
+    }
+}
+
+void PlotZoomer::widgetMousePressEvent(QMouseEvent *event) {
+    if (mark_ != Mark::none) {
+        reset();
+    }
+    QwtPlotZoomer::widgetMousePressEvent(event);
+}
+
+void PlotZoomer::widgetMouseMoveEvent(QMouseEvent *event) {
+    if (mark_ == Mark::none) {
+        QwtPlotZoomer::widgetMouseMoveEvent(event);
+    }
+}
+
+// A mark belongs to the view in which it was placed.
 void PlotZoomer::rescale() {
+    if (mark_ != Mark::none) {
+        reset();
+    }
     const QRectF rect = zoomRect();
     plot()->setAxisScale(xAxis(), rect.left(), rect.right());
     plot()->setAxisScale(yAxis(), rect.top(), rect.bottom());
@@ -50,7 +170,14 @@ QSizeF PlotZoomer::minZoomSize() const {
 }
 
 QwtText PlotZoomer::trackerTextF(const QPointF &at) const {
-    QwtText text(timeText(at.x()) + QStringLiteral("   ") + valueText(at.y()), QwtText::PlainText);
+    QString shown = timeText(at.x()) + QStringLiteral("   ") + valueText(at.y());
+    if (mark_ == Mark::oneEnd) {
+        shown = timeText(markedTime_);
+    } else if (mark_ == Mark::otherEnd) {
+        const auto [from, to] = std::minmax({fixedTime_, markedTime_});
+        shown = timeText(from) + QStringLiteral(" - ") + timeText(to);
+    }
+    QwtText text(shown, QwtText::PlainText);
     text.setColor(Qt::black);
     text.setBackgroundBrush(QColor(255, 255, 255, 200));
     return text;

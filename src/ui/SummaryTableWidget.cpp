@@ -69,8 +69,9 @@ SummaryTableWidget::SummaryTableWidget(QWidget *parent) : QTableWidget(parent) {
     setToolTip(tr("Double-click or Drag to plot"));
     setTabKeyNavigation(false);
     setAccessibleName(tr("Variables"));
-    setAccessibleDescription(
-        tr("One column for each instrument and kind of record. Return plots the variable."));
+    setAccessibleDescription(tr(
+        "One column for each instrument and kind of record. Return plots the variable. Shift+Return adds it "
+        "to the plot that was used last, Ctrl+Return to the right axis of that plot."));
     horizontalHeader()->setAccessibleName(tr("Instruments and kinds of record"));
     verticalHeader()->setAccessibleName(tr("Row numbers"));
     showVariables({});

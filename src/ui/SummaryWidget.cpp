@@ -9,6 +9,7 @@
 #include <QCursor>
 #include <QDrag>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QVBoxLayout>
@@ -24,6 +25,7 @@ SummaryWidget::SummaryWidget(QWidget *parent, QDataSet *dataSet)
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(table_);
     table_->viewport()->installEventFilter(this);
+    table_->installEventFilter(this);
     table_->showVariables(dataSet_->variableKeys());
 
     later_.setSingleShot(true);
@@ -63,6 +65,15 @@ bool SummaryWidget::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::MouseButtonPress) {
         pressedKey_.clear();
     }
+    if (event->type() == QEvent::WindowActivate) {
+        if (auto *plot = qobject_cast<PlotDialog *>(watched)) {
+            plots_.removeAll(plot);
+            plots_.append(plot);
+        }
+    }
+    if (watched == table_ && event->type() == QEvent::KeyPress) {
+        return takeKey(*static_cast<QKeyEvent *>(event));
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -79,10 +90,47 @@ void SummaryWidget::OnCellPressed(int row, int column) {
 void SummaryWidget::OnCellDoubleClicked(int row, int column) {
     try {
         auto *plot = new PlotDialog(this, dataSet_, keyOfCell(row, column));
+        plots_.removeAll(nullptr); // those that were closed
+        plots_.append(plot);
+        plot->installEventFilter(this);
         plot->show();
     } catch (const Timezone::Error &error) {
         std::cerr << error.what() << '\n';
     }
+}
+
+// Shift and Return for the left axis, Ctrl and Return for the right one. An empty cell has nothing to add.
+bool SummaryWidget::takeKey(const QKeyEvent &key) {
+    const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    const Qt::KeyboardModifiers modifiers = key.modifiers() & ~Qt::KeypadModifier;
+    const bool isForRightAxis = modifiers == Qt::ControlModifier;
+    if (!isReturn || table_->currentItem() == nullptr ||
+        (modifiers != Qt::ShiftModifier && !isForRightAxis)) {
+        return false;
+    }
+    if (!key.isAutoRepeat()) {
+        addToPlot(isForRightAxis);
+    }
+    return true;
+}
+
+void SummaryWidget::addToPlot(bool isForRightAxis) {
+    const int row = table_->currentRow();
+    const int column = table_->currentColumn();
+    if (PlotDialog *plot = lastPlot()) {
+        plot->addVariable(keyOfCell(row, column),
+                          isForRightAxis ? TimeSeriesPlot::Side::right : TimeSeriesPlot::Side::left);
+    } else {
+        OnCellDoubleClicked(row, column);
+    }
+}
+
+// A window that was closed is there a little longer.
+PlotDialog *SummaryWidget::lastPlot() const {
+    const auto found = std::find_if(plots_.rbegin(), plots_.rend(), [](const QPointer<PlotDialog> &plot) {
+        return plot && plot->isVisible();
+    });
+    return found == plots_.rend() ? nullptr : found->data();
 }
 
 // A short jitter during a double-click must not start a drag, hence three times the usual distance.

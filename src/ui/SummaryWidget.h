@@ -1,18 +1,23 @@
 #pragma once
 
+#include <QList>
 #include <QPoint>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
 #include <QWidget>
 
 #include <cstdint>
 
+class PlotDialog;
 class QDataSet;
+class QKeyEvent;
 class QMouseEvent;
 class SummaryTableWidget;
 
 // Shows the variables of all loaded files. A double-click on one opens a plot window of it; dragged, it
-// carries its key as text, which a plot window takes as a further curve. `dataSet` must outlive it.
+// carries its key as text, which a plot window takes as a further curve. By keys it goes to the plot window
+// that was active last, or to a new one while none is open. `dataSet` must outlive it.
 class SummaryWidget : public QWidget {
     Q_OBJECT
 
@@ -32,7 +37,8 @@ public Q_SLOTS:
 
 protected:
     // Of the table's cells: forgets the cell that was pressed before, for a press beside them gives no
-    // signal.
+    // signal. Of the table: adds the current variable to a plot. Of the plot windows: remembers which one was
+    // active last.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
@@ -40,10 +46,14 @@ private Q_SLOTS:
 
 private:
     QString keyOfCell(int row, int column) const;
+    PlotDialog *lastPlot() const;
+    bool takeKey(const QKeyEvent &key);
+    void addToPlot(bool isForRightAxis);
 
     QDataSet *dataSet_;
     SummaryTableWidget *table_;
-    QPoint pressedAt_; // on the screen
+    QList<QPointer<PlotDialog>> plots_; // in the order in which they were active
+    QPoint pressedAt_;                  // on the screen
     QString pressedKey_;
     QTimer later_;
     qint64 lastCost_ = 0;         // of the last rebuild, ms

@@ -3,6 +3,7 @@
 #include "loading/QDataSet.h"
 #include "plot/PlotDialog.h"
 #include "plot/PlotZoomer.h"
+#include "plot/QwtCurve.h"
 #include "time/Timezone.h"
 #include "ui/DataFiles.h"
 #include "ui/ExportProgressDialog.h"
@@ -15,6 +16,7 @@
 #include "ui/SummaryTableWidget.h"
 
 #include <QAccessible>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -179,33 +181,102 @@ private Q_SLOTS:
                               "Help...", "Close"}));
     }
 
+    // In the middle of the history of views, where every button can be used.
     void tabWalksAPlotFromItsLegendOverTheCurvesToTheButtons() {
         const Scene scene({file_});
         const QPointer<PlotDialog> plot = scene.openPlot();
         QVERIFY(plot);
+        chooseTheFirstTenthOfTheTime();
+        chooseTheFirstTenthOfTheTime();
+        press(Qt::Key_Minus);
         press(Qt::Key_Tab);
-        QStringList names = tabOrder(QApplication::focusWidget());
-        names.sort();
-        for (const char *name : {"QA330:DATA:CH4", "MAX QA330:DATA:CH4", "MIN QA330:DATA:CH4",
-                                 "Curves against time", "Ymin Ymax", "Lowest value of the left axis",
-                                 "Highest value of the left axis", "Print...", "Close"}) {
-            QVERIFY2(names.contains(name), qPrintable(names.join(", ")));
-        }
+        QCOMPARE(tabOrder(QApplication::focusWidget()),
+                 (QStringList{"QA330:DATA:CH4", "MAX QA330:DATA:CH4", "MIN QA330:DATA:CH4",
+                              "Curves against time", "Go to previous zoom level", "Go to next zoom level",
+                              "Auto scale to view entire data set", "Auto scale horizontally",
+                              "Auto scale vertically", "Ymin Ymax", "Lowest value of the left axis",
+                              "Highest value of the left axis", "Print...", "Close"}));
     }
 
+    void tabWalksTheLegendEntriesOfAVariableThatIsAddedAfterTheFirstOnes() {
+        const Scene scene({file_});
+        const QPointer<PlotDialog> plot = scene.openPlot();
+        QVERIFY(plot);
+        plot->addVariable("QA330:DATA:AAA", TimeSeriesPlot::Side::left); // which sorts before the first one
+        press(Qt::Key_Tab);
+        QCOMPARE(tabOrder(QApplication::focusWidget()).mid(0, 7),
+                 (QStringList{"QA330:DATA:CH4", "MAX QA330:DATA:CH4", "MIN QA330:DATA:CH4", "QA330:DATA:AAA",
+                              "MAX QA330:DATA:AAA", "MIN QA330:DATA:AAA", "Curves against time"}));
+    }
+
+    void tabWalksTheExportDialogFromTheTopDown_data() {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QStringList>("timeColumns");
+        QTest::newRow("TOB1") << "TOB1" << QStringList();
+        QTest::newRow("text") << "Text" << QStringList{"Seconds", "Nanoseconds", "Date",
+                                                       "Time",    "Timestamp",   "Timestamp with UTC offset"};
+    }
     void tabWalksTheExportDialogFromTheTopDown() {
+        QFETCH(QString, type);
+        QFETCH(QStringList, timeColumns);
         const Scene scene({file_});
         QVERIFY(scene.isLoaded());
         QVERIFY(isActive(scene.window.get()));
         QStringList names;
-        onNextDialog(scene.window.get(), [&names](QDialog *dialog) {
+        onNextDialog(scene.window.get(), [&names, &type](QDialog *dialog) {
+            const auto guard = qScopeGuard([dialog] { leave(dialog); });
             QVERIFY(isActive(dialog));
+            auto *types = dialog->findChild<QComboBox *>();
+            QVERIFY(tabTo(types));
+            for (int i = 0; i < types->count() && !types->currentText().startsWith(type); ++i) {
+                press(Qt::Key_Down);
+            }
+            QVERIFY2(types->currentText().startsWith(type), qPrintable(types->currentText()));
             names = tabOrder(dialog->findChild<QListView *>());
-            dialog->reject();
         });
         press(Qt::Key_E, Qt::ControlModifier);
-        QCOMPARE(names, (QStringList{"Data to export", "File Name", "Browse...", "File Type", "File Split",
-                                     "Cancel", "Export"}));
+        QCOMPARE(names, QStringList({"Data to export", "File Name", "Browse...", "File Type", "File Split"}) +
+                            timeColumns + QStringList({"Cancel", "Export"}));
+    }
+
+    void shiftAndCtrlWithReturnAddAVariableToThePlotThatWasActiveLast() {
+        const Scene scene({file_});
+        const QPointer<PlotDialog> first = scene.openPlot();
+        QVERIFY(first);
+        QVERIFY(scene.showVariables());
+        press(Qt::Key_Return);
+        const QList<PlotDialog *> plots = scene.window->findChildren<PlotDialog *>();
+        QCOMPARE(plots.size(), 2);
+        PlotDialog *second = plots[0] == first ? plots[1] : plots[0];
+        QVERIFY(isActive(second));
+        QVERIFY(isActive(first));
+
+        QVERIFY(scene.showVariables());
+        press(Qt::Key_Down);
+        press(Qt::Key_Return, Qt::ShiftModifier);
+        QCOMPARE(axesOf(*first), (QStringList{"QA330:DATA:CH4 left", "QA330:DATA:TEMP left"}));
+        QCOMPARE(axesOf(*second), QStringList{"QA330:DATA:CH4 left"});
+        press(Qt::Key_Return, Qt::ControlModifier);
+        QCOMPARE(axesOf(*first), (QStringList{"QA330:DATA:CH4 left", "QA330:DATA:TEMP right"}));
+
+        // The one that was active before takes the place of one that is closed.
+        first->close();
+        press(Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier);
+        QCOMPARE(axesOf(*second), (QStringList{"QA330:DATA:CH4 left", "QA330:DATA:TEMP right"}));
+        QVERIFY(scene.the<SummaryTableWidget>()->hasFocus());
+    }
+
+    void theyOpenAPlotWhileNoneIsOpen() {
+        const Scene scene({file_});
+        QVERIFY(scene.showVariables());
+        for (const Qt::KeyboardModifier modifier : {Qt::ShiftModifier, Qt::ControlModifier}) {
+            press(Qt::Key_Return, modifier);
+            const QPointer<PlotDialog> plot = scene.the<PlotDialog>();
+            QVERIFY(plot);
+            QCOMPARE(axesOf(*plot), QStringList{"QA330:DATA:CH4 left"});
+            delete plot;
+            QVERIFY(scene.showVariables());
+        }
     }
 
     void deleteRemovesTheSelectedFilesOnlyInTheList() {
@@ -246,6 +317,7 @@ private Q_SLOTS:
         table->setCurrentCell(1, 1);
         QVERIFY(table->currentItem() == nullptr);
         press(Qt::Key_Return);
+        press(Qt::Key_Return, Qt::ShiftModifier);
         QVERIFY(scene.the<PlotDialog>() == nullptr);
         table->setCurrentCell(0, 1);
         press(Qt::Key_Enter, Qt::KeypadModifier);
@@ -390,7 +462,26 @@ private:
         press(Qt::Key_O, Qt::ControlModifier);
     }
 
-    // Into a range of values that is typed, and out again.
+    static void chooseTheFirstTenthOfTheTime() {
+        press(Qt::Key_Home);
+        press(Qt::Key_Return);
+        press(Qt::Key_Right, Qt::ControlModifier);
+        press(Qt::Key_Return);
+    }
+
+    // "VARIABLE left" or "VARIABLE right" of each variable.
+    static QStringList axesOf(const PlotDialog &plot) {
+        QStringList axes;
+        for (const auto &[key, entry] : plot.findChild<TimeSeriesPlot *>()->entries()) {
+            if (key.second.empty()) {
+                const bool isRight = entry.curve->yAxis() == QwtPlot::yRight;
+                axes += QString::fromStdString(key.first) + (isRight ? " right" : " left");
+            }
+        }
+        return axes;
+    }
+
+    // Into a range of values that is typed, out again, and into a range of time.
     static void zoomInAndOut(PlotDialog &plot) {
         const auto &zoomer = *plot.findChild<PlotZoomer *>();
         const QList<QLineEdit *> edits = plot.findChildren<QLineEdit *>();
@@ -408,6 +499,11 @@ private:
         QCOMPARE(zoomer.zoomRectIndex(), 1U);
         press(Qt::Key_Minus);
         QCOMPARE(zoomer.zoomRectIndex(), 0U);
+        const QRectF base = zoomer.zoomRect();
+        chooseTheFirstTenthOfTheTime();
+        QCOMPARE(zoomer.zoomRectIndex(), 1U);
+        QCOMPARE(zoomer.zoomRect().left(), base.left());
+        QVERIFY(qAbs(zoomer.zoomRect().width() - base.width() / 10) < 1e-6);
     }
 
     static void exportTo(const QString &path) {
