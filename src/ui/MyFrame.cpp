@@ -136,7 +136,6 @@ void MyFrame::AddFiles(const QStringList &paths) {
 
 void MyFrame::OnOpenFile() {
     QFileDialog dialog(this);
-    addKeysOfDialog(dialog, *this);
     dialog.setFileMode(QFileDialog::ExistingFiles);
     dialog.setViewMode(QFileDialog::Detail);
     if (dialog.exec() == QDialog::Accepted) {
@@ -168,7 +167,6 @@ void MyFrame::OnExportFile() {
     }
     if (exportDialog_ == nullptr) {
         exportDialog_ = new ExportWhatDialog(this, timeColumns_);
-        addKeysOfDialog(*exportDialog_, *this);
     }
     exportDialog_->fillList(groups);
     if (exportDialog_->exec() != QDialog::Accepted) {
@@ -217,7 +215,6 @@ void MyFrame::exportData(int fileType, const std::string &item, const std::strin
     isExporting_ = true; // already now: the progress dialog processes events while it is made
     try {
         ExportProgressDialog progress(this, *model_->dataSet(), instrument);
-        addKeysOfDialog(progress, *this);
         exportProgress_ = &progress;
         if (!closeAfterExport_) {
             runExport(source, {exportFormatOf(fileType), targetName, timeColumns_, splitPeriod}, progress);

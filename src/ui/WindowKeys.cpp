@@ -3,7 +3,9 @@
 #include "ui/FileItemView.h"
 #include "ui/MyFrame.h"
 
+#include <QApplication>
 #include <QDialog>
+#include <QEvent>
 #include <QShortcut>
 
 namespace {
@@ -20,6 +22,47 @@ void closeMainWindow(const MyFrame &frame) {
     QMetaObject::invokeMethod(frame.window(), "close", Qt::QueuedConnection);
 }
 
+// A dialog may have been asked for by another one.
+void closeModalWindows(QWidget *last) {
+    for (QWidget *window = last; window != nullptr && window->isModal();) {
+        QWidget *parent = window->parentWidget();
+        window->close();
+        window = parent == nullptr ? nullptr : parent->window();
+    }
+}
+
+void addKeysOfDialog(QDialog &dialog, MyFrame &frame) {
+    addKey(dialog, QStringLiteral("Ctrl+W"), [&dialog] { dialog.close(); });
+    addKey(dialog, QStringLiteral("Ctrl+Q"), [&dialog, &frame] {
+        closeModalWindows(&dialog);
+        closeMainWindow(frame);
+    });
+    addKey(dialog, QKeySequence::HelpContents, [&frame] { frame.OnHelp(); });
+}
+
+// Gives every modal dialog its keys when it is first shown, whoever asks for it: keys of other windows do not
+// reach it.
+class DialogKeys : public QObject {
+public:
+    explicit DialogKeys(MyFrame &frame) : QObject(&frame), frame_(frame) {}
+
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        constexpr const char *hasKeys = "hasKeysOfDialog";
+        if (event->type() != QEvent::Show) {
+            return false;
+        }
+        auto *dialog = qobject_cast<QDialog *>(watched);
+        if (dialog != nullptr && dialog->isModal() && !dialog->property(hasKeys).toBool()) {
+            dialog->setProperty(hasKeys, true);
+            addKeysOfDialog(*dialog, frame_);
+        }
+        return false;
+    }
+
+private:
+    MyFrame &frame_;
+};
+
 } // namespace
 
 void addKeysOfFrame(MyFrame &frame, FileItemView &list) {
@@ -32,13 +75,5 @@ void addKeysOfFrame(MyFrame &frame, FileItemView &list) {
                            addKey(frame, QKeySequence::HelpContents, [&frame] { frame.OnHelp(); })}) {
         key->setContext(Qt::ApplicationShortcut);
     }
-}
-
-void addKeysOfDialog(QDialog &dialog, MyFrame &frame) {
-    addKey(dialog, QStringLiteral("Ctrl+W"), [&dialog] { dialog.close(); });
-    addKey(dialog, QStringLiteral("Ctrl+Q"), [&dialog, &frame] {
-        dialog.close();
-        closeMainWindow(frame);
-    });
-    addKey(dialog, QKeySequence::HelpContents, [&frame] { frame.OnHelp(); });
+    qApp->installEventFilter(new DialogKeys(frame));
 }

@@ -2,11 +2,7 @@
 
 class FileItemView;
 class MyFrame;
-class QDialog;
 
-// The keys of the main window, with `list` as its list of files. F1 and Ctrl+Q work in every window but those
-// that are modal to it.
+// The keys of the main window, with `list` as its list of files, and of every dialog. F1 and Ctrl+Q work in
+// all windows, Ctrl+W leaves a modal dialog as its close button does.
 void addKeysOfFrame(MyFrame &frame, FileItemView &list);
-
-// The keys that such a window needs of its own: Ctrl+W and Ctrl+Q leave it as its close button does.
-void addKeysOfDialog(QDialog &dialog, MyFrame &frame);

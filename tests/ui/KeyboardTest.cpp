@@ -1,128 +1,24 @@
 // The whole program worked without a mouse, and what its keys leave alone.
 
 #include "loading/QDataSet.h"
-#include "plot/PlotDialog.h"
 #include "plot/PlotZoomer.h"
 #include "plot/QwtCurve.h"
 #include "time/Timezone.h"
 #include "ui/DataFiles.h"
 #include "ui/ExportProgressDialog.h"
 #include "ui/ExportWhatDialog.h"
-#include "ui/FileItemModel.h"
 #include "ui/FileItemView.h"
-#include "ui/FileWidget.h"
+#include "ui/KeyboardScene.h"
 #include "ui/ModalDialogs.h"
-#include "ui/MyMainWindow.h"
-#include "ui/SummaryTableWidget.h"
 
-#include <QAccessible>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
 #include <QScopeGuard>
 #include <QSettings>
 #include <QTabBar>
 #include <QTextEdit>
-#include <QToolButton>
 #include <QtTest>
 #include <qwt_plot.h>
-
-namespace {
-
-// A key goes to the widget that has the focus, as on a real keyboard.
-void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QWidget *focus = QApplication::focusWidget();
-    QTest::keyClick(focus != nullptr ? focus : QApplication::activeWindow(), key, modifiers);
-}
-
-void typeText(const QString &text) {
-    QTest::keyClicks(QApplication::focusWidget(), text);
-}
-
-// Presses Tab until `widget` has the focus; false when it is never reached.
-bool tabTo(const QWidget *widget) {
-    constexpr int manyWidgets = 60;
-    for (int i = 0; i < manyWidgets && QApplication::focusWidget() != widget; ++i) {
-        press(Qt::Key_Tab);
-    }
-    return QApplication::focusWidget() == widget;
-}
-
-bool isActive(QWidget *window) {
-    window->activateWindow();
-    // Not qWaitForWindowActive, for which a window is active when that below it is.
-    return QTest::qWaitFor([window] { return QApplication::activeWindow() == window; });
-}
-
-QString nameOf(QWidget *widget) {
-    const QString own = widget->accessibleName(); // a box to choose from speaks of its choice, too
-    return own.isEmpty() ? QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name) : own;
-}
-
-// A dialog that could not be worked would wait for ever.
-void leave(QDialog *dialog) {
-    if (dialog->isVisible()) {
-        dialog->reject();
-    }
-}
-
-// The names of what Tab reaches, from `first` until it comes round.
-QStringList tabOrder(QWidget *first) {
-    QStringList names;
-    first->setFocus();
-    do {
-        names += nameOf(QApplication::focusWidget());
-        press(Qt::Key_Tab);
-    } while (QApplication::focusWidget() != first && names.size() < 60);
-    return names;
-}
-
-struct Scene {
-    explicit Scene(const QByteArrayList &files = {}) {
-        QVector<const char *> arguments{"/nowhere/viewer"};
-        for (const QByteArray &file : files) {
-            arguments += file.constData();
-        }
-        window = std::make_unique<MyMainWindow>("Viewer", "/nowhere/viewer", arguments.size(),
-                                                arguments.constData());
-        window->show();
-    }
-
-    template <typename Widget>
-    Widget *the() const {
-        return window->findChild<Widget *>();
-    }
-    QPushButton *button(const QString &text) const {
-        for (auto *button : window->findChildren<QPushButton *>()) {
-            if (button->text() == text) {
-                return button;
-            }
-        }
-        return nullptr;
-    }
-    int rows() const { return the<FileItemModel>()->rowCount(); }
-    bool isLoaded() const {
-        return QTest::qWaitFor([this] { return button("Export...")->isEnabled(); });
-    }
-    bool showVariables() const {
-        the<FileWidget>()->setCurrentIndex(1);
-        const bool isThere = isActive(window.get()) &&
-                             QTest::qWaitFor([this] { return the<SummaryTableWidget>()->rowCount() > 0; });
-        the<SummaryTableWidget>()->setFocus();
-        return isThere;
-    }
-    QPointer<PlotDialog> openPlot() const {
-        showVariables();
-        press(Qt::Key_Return);
-        const QPointer<PlotDialog> plot = the<PlotDialog>();
-        return plot && isActive(plot) ? plot : nullptr;
-    }
-
-    std::unique_ptr<MyMainWindow> window;
-};
-
-} // namespace
 
 class KeyboardTest : public QObject {
     Q_OBJECT
@@ -364,36 +260,6 @@ private Q_SLOTS:
         QTimer::singleShot(0, scene.window.get(), [] { press(Qt::Key_Q, Qt::ControlModifier); });
         QCOMPARE(QApplication::exec(), 0);
         QVERIFY(!scene.window->isVisible());
-    }
-
-    void ctrlWAndCtrlQLeaveADialogFirst_data() {
-        QTest::addColumn<Qt::Key>("opening");
-        QTest::addColumn<Qt::Key>("leaving");
-        QTest::addColumn<bool>("isEnd");
-        QTest::newRow("export, Ctrl+W") << Qt::Key_E << Qt::Key_W << false;
-        QTest::newRow("export, Ctrl+Q") << Qt::Key_E << Qt::Key_Q << true;
-        QTest::newRow("files, Ctrl+W") << Qt::Key_O << Qt::Key_W << false;
-        QTest::newRow("files, Ctrl+Q") << Qt::Key_O << Qt::Key_Q << true;
-    }
-    void ctrlWAndCtrlQLeaveADialogFirst() {
-        QFETCH(Qt::Key, opening);
-        QFETCH(Qt::Key, leaving);
-        QFETCH(bool, isEnd);
-        const Scene scene({file_});
-        QVERIFY(scene.isLoaded());
-        QVERIFY(isActive(scene.window.get()));
-        int shown = 0;
-        onNextDialog(scene.window.get(), [&shown, leaving](QDialog *dialog) {
-            const auto guard = qScopeGuard([dialog] { leave(dialog); });
-            ++shown;
-            QVERIFY(isActive(dialog));
-            press(leaving, Qt::ControlModifier);
-            QVERIFY(!dialog->isVisible());
-        });
-        press(opening, Qt::ControlModifier);
-        QCOMPARE(shown, 1);
-        QCoreApplication::sendPostedEvents();
-        QCOMPARE(scene.window->isVisible(), !isEnd);
     }
 
     void ctrlQWhileAnExportRunsEndsItAndThenTheProgram() {
