@@ -100,6 +100,7 @@ PlotDialog::PlotDialog(QWidget *parent, const QDataSet *dataSet, const QString &
 
     zoomer_->restart(withArea(plot_->wholeRect()));
     plot_->restartLabels();
+    updateHint();
     showYRange(zoomer_->zoomRect());
     plot_->replot();
     plot_->setFocus();
@@ -218,9 +219,21 @@ void PlotDialog::updateButtons() {
     }
 }
 
+// What to do where nothing is drawn. At the base the right button leads no further.
+void PlotDialog::updateHint() {
+    if (plot_->wholeRange().isEmpty()) {
+        plot_->setEmptyHint(tr("Nothing to draw: there is no value"));
+    } else if (zoomer_->isAtBase()) {
+        plot_->setEmptyHint(tr("Nothing to draw in this view: draw a rectangle to see single records"));
+    } else {
+        plot_->setEmptyHint(tr("Nothing to draw in this view: click the right button to see everything"));
+    }
+}
+
 // At the base everything is in view.
 void PlotDialog::loadView() {
     viewIsLoaded_ = true;
+    updateHint();
     if (zoomer_->zoomStack().isEmpty() || zoomer_->isAtBase()) {
         plot_->loadEverything();
         return;

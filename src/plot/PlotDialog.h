@@ -68,6 +68,7 @@ private:
     void zoomTo(const QRectF &rect);
     void loadView();
     void updateButtons();
+    void updateHint();
     void showYRange(const QRectF &rect);
     void extendZoomBase(bool wasEmpty);
     bool mayReplace(const QString &path);

@@ -8,6 +8,7 @@
 #include "plot/TimeScaleDraw.h"
 #include "plot/TimeScaleEngine.h"
 
+#include <QPainter>
 #include <qwt_legend.h>
 #include <qwt_legend_label.h>
 #include <qwt_plot_grid.h>
@@ -218,6 +219,26 @@ QRectF TimeSeriesPlot::widened(const QRectF &rect) const {
     times.include(windows(Curves::all));
     values.include(wholeRange());
     return rectOf(times, values);
+}
+
+bool TimeSeriesPlot::hasNothingToDraw() const {
+    return std::none_of(entries_.begin(), entries_.end(), [](const auto &entry) {
+        const std::vector<double> &values = entry.second.series->values();
+        return entry.second.curve->isVisible() && std::any_of(values.begin(), values.end(), isDrawable);
+    });
+}
+
+// What pictures are made with does not come by here.
+void TimeSeriesPlot::drawCanvas(QPainter *painter) {
+    QwtPlot::drawCanvas(painter);
+    if (emptyHint_.isEmpty() || !hasNothingToDraw()) {
+        return;
+    }
+    constexpr int margin = 12;
+    painter->setPen(palette().color(QPalette::PlaceholderText));
+    painter->setFont(font());
+    painter->drawText(canvas()->contentsRect().adjusted(margin, margin, -margin, -margin),
+                      Qt::AlignCenter | Qt::TextWordWrap, emptyHint_);
 }
 
 bool TimeSeriesPlot::isEveryCurveHidden() const {

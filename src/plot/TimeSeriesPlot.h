@@ -54,6 +54,11 @@ public:
     // `rect`, widened by the windows and whole ranges of all series.
     QRectF widened(const QRectF &rect) const;
 
+    // What stands in the middle while the curves that are shown have no point; nothing unless set. Only on
+    // the screen: pictures and prints do not have it.
+    void setEmptyHint(const QString &text) { emptyHint_ = text; }
+    bool hasNothingToDraw() const;
+
     bool isEveryCurveHidden() const;
     void setLegendChecked(QwtPlotItem &curve, bool checked);
     QwtLegend &checkableLegend() { return *legend_; }
@@ -64,6 +69,9 @@ public:
     };
     const auto &entries() const { return entries_; }
     const Timezone &timezone() const { return timezone_; }
+
+protected:
+    void drawCanvas(QPainter *painter) override;
 
 private:
     using EntryKey = std::pair<std::string, std::string>; // variable key, selector
@@ -79,6 +87,7 @@ private:
     QwtLegend *legend_; // owned by the plot
     std::map<EntryKey, Entry> entries_;
     std::uint64_t addedVariables_ = 0;
+    QString emptyHint_;
 };
 
 // `rect` with other times or values. Not by moving one border after the other, for a very large border would

@@ -1,5 +1,8 @@
+#include "plot/PlotPicture.h"
 #include "plot/PlotPixels.h"
 #include "plot/PlotWindow.h"
+
+#include <QPainter>
 
 #include <limits>
 
@@ -182,6 +185,61 @@ private Q_SLOTS:
         QCOMPARE(PlotWindow(*data_, "ZERO:DATA:X").stack(), (QVector<QRectF>{QRectF(start, -0.5, 19, 1)}));
     }
 
+    void aViewWithoutPointsSaysHowToSeeEverything() {
+        data_->add(shortBlock());
+        PlotWindow window(*data_, "GA:DATA:X");
+        QVERIFY(isWritten(window, ""));
+        window.zoom(start + 200, start + 300, 0, 50);
+        QVERIFY(isWritten(window, "Nothing to draw in this view: click the right button to see everything"));
+        window.previous().click();
+        QVERIFY(isWritten(window, ""));
+    }
+
+    void aWindowWithoutAnyNumberSaysThatThereIsNone() {
+        data_->add(blockOf("GA", {"nan", "inf", "-inf"}));
+        data_->add(shortBlock("GB"));
+        PlotWindow window(*data_, "GA:DATA:X");
+        QVERIFY(isWritten(window, "Nothing to draw: there is no value"));
+        PlotWindow unknown(*data_, "nobody:knows:this");
+        QVERIFY(isWritten(unknown, "Nothing to draw: there is no value"));
+        QVERIFY(window.drop("GB:DATA:X"));
+        QVERIFY(isWritten(window, ""));
+    }
+
+    void recordsThatAreTooFewForAnAverageAreToBeSeenAlone() {
+        PlotBlock block = blockOf("GA", {"7"});
+        data_->addText("monday", textOf(block));
+        block.first += 86400;
+        data_->addText("tuesday", textOf(block));
+        PlotWindow window(*data_, "GA:DATA:X");
+        QVERIFY(isWritten(window, "Nothing to draw in this view: draw a rectangle to see single records"));
+        window.zoom(start - 1000, start + 1000, 0, 10);
+        QVERIFY(isWritten(window, ""));
+    }
+
+    void curvesThatAreHiddenDoNotCount() {
+        data_->add(shortBlock());
+        data_->add(blockOf("NAN", {"nan", "nan"}));
+        PlotWindow window(*data_, "GA:DATA:X");
+        QVERIFY(window.drop("NAN:DATA:X"));
+        for (const char *selector : {"", "max", "min"}) {
+            window.clickLegend("GA:DATA:X", selector);
+        }
+        QVERIFY(window.plot().hasNothingToDraw());
+        window.clickLegend("GA:DATA:X");
+        QVERIFY(isWritten(window, ""));
+    }
+
+    void picturesDoNotHaveTheHint() {
+        data_->add(shortBlock());
+        PlotWindow window(*data_, "GA:DATA:X");
+        QVERIFY(window.show());
+        window.zoom(start + 200, start + 300, 0, 50);
+        const QImage with = pictureOf(window.plot(), {400, 300});
+        window.plot().setEmptyHint({});
+        QCOMPARE(with, pictureOf(window.plot(), {400, 300}));
+    }
+
     void aConstantInViewIsScaledAroundItself() {
         data_->add(blockOf("GA", {"0", "10", "10", "10", "20"}));
         PlotWindow window(*data_, "GA:DATA:X");
@@ -195,6 +253,24 @@ private:
     static ColumnRanges inkOf(PlotWindow &window, const QColor &colour) {
         return window.show() ? inkedColumns(window.canvas().grab().toImage(), colour)
                              : ColumnRanges{{-1, -1}};
+    }
+
+    // Whether the canvas looks as it does with just this text in its middle.
+    static bool isWritten(PlotWindow &window, const QString &text) {
+        if (!window.show()) {
+            return false;
+        }
+        window.plot().replot();
+        const QImage shown = window.canvas().grab().toImage();
+        window.plot().setEmptyHint({});
+        window.plot().replot();
+        QImage expected = window.canvas().grab().toImage();
+        QPainter painter(&expected);
+        painter.setPen(window.plot().palette().color(QPalette::PlaceholderText));
+        painter.setFont(window.plot().font());
+        painter.drawText(window.canvas().contentsRect().adjusted(12, 12, -12, -12),
+                         Qt::AlignCenter | Qt::TextWordWrap, text);
+        return shown == expected;
     }
 
     std::optional<PlotData> data_;
