@@ -22,7 +22,9 @@ inline const QStringList labels{
     QStringLiteral("Pages about all files together; the arrow keys change the page"),
     QStringLiteral("There are new messages"),
     QStringLiteral("Double-click or Drag to plot"),
-    QStringLiteral("One column for each instrument and kind of record. Return plots the variable."),
+    QStringLiteral(
+        "One column for each instrument and kind of record. Return plots the variable. Shift+Return adds "
+        "it to the plot that was used last, Ctrl+Return to the right axis of that plot."),
     QStringLiteral("Instruments and kinds of record"),
     QStringLiteral("The variables of the files that you add show here"),
     // export
@@ -50,7 +52,11 @@ inline const QStringList labels{
     QStringLiteral("Highest value of the left axis"),
     QStringLiteral("Prints the plot, as Ctrl+P does"),
     QStringLiteral("Closes this window, as Escape does"),
+    QStringLiteral("Nothing to draw: there is no value"),
+    QStringLiteral("Nothing to draw in this view: draw a rectangle to see single records"),
+    QStringLiteral("Nothing to draw in this view: click the right button to see everything"),
     QStringLiteral("Curves against time"),
     QStringLiteral("A curve of the plot. Space hides it or shows it again."),
-    QStringLiteral("Minus and plus go back and forth in the history of views, Escape closes the window"),
+    QStringLiteral("Minus and plus go back and forth in the history of views, Escape closes the window. Left "
+                   "and right move a mark; Return at both ends of a range of time shows that range."),
 };
