@@ -98,7 +98,11 @@ bool ChunkLineReader::openZipped(std::unique_ptr<QuaZipFile> file, const QString
         return false;
     }
     start(std::move(file), member, startOffset);
-    return true;
+    // Its entry in the archive's directory is damaged, or can be read no longer.
+    if (size_ < 0) {
+        problem_ = cannotBeOpened(member);
+    }
+    return size_ >= 0;
 }
 
 bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset) {
