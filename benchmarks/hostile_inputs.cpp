@@ -1,10 +1,14 @@
-// fvqa300-hostile-inputs MEGABYTES [WORD]: loads files and archives that are made to cost as much as they
-// can, one of each kind (only those with WORD in their names), and prints for each what it cost: processor
-// seconds per megabyte (of an archive: inflated), and the peak of memory above that of an empty file.
+// fvqa300-hostile-inputs MEGABYTES [WORD]: loads and exports files and archives that are made to cost as much
+// as they can, one of each kind (only those with WORD in their names), and prints for each what it cost:
+// processor seconds per megabyte (of an archive: inflated) to load and to export it, and the peak of memory
+// above that of an empty file.
 //
-// Each is loaded and merged in a process of its own, as the viewer does it.
+// Each is loaded and merged in a process of its own, as the viewer does it; then all records of the first
+// block's instrument and tag are exported as text.
 
 #include "data/DataSet.h"
+#include "export/ExportJob.h"
+#include "export/ExportProgress.h"
 #include "loading/FileLoading.h"
 #include "support/HostileArchives.h"
 #include "support/HostileInputs.h"
@@ -13,6 +17,7 @@
 #include <QCoreApplication>
 #include <QTemporaryDir>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <charconv>
@@ -29,14 +34,36 @@ namespace {
 constexpr double mebi = 1024.0 * 1024.0;
 
 struct Cost {
-    double seconds = 0;   // of processor
+    double loading = 0;   // seconds of processor
+    double exporting = 0; // the same
     double megabytes = 0; // peak of resident memory
-    int status = 0;
+    bool isKnown = false;
 };
 
-void load(const std::string &path) {
+class NoProgress : public ExportProgress {
+public:
+    void showFile(const std::string &) override {}
+    void showTime(double) override {}
+    bool isCancelled() override { return false; }
+    void remark(const std::string &) override {}
+};
+
+rusage usageNow() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage;
+}
+
+double secondsUsed() {
+    const rusage usage = usageNow();
+    const auto seconds = [](const timeval &time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+void load(const std::string &path, DataSet &merged) {
     const std::atomic<bool> cancelled = false;
-    DataSet merged;
     DataSet source(path);
     const LoadReport report = loadFile(QString::fromStdString(path), source, cancelled, [](int, qint64) {});
     merged.merge(source);
@@ -49,34 +76,63 @@ void load(const std::string &path) {
                 message.c_str());
 }
 
-Cost costOf(const std::string &path) {
-    std::fflush(stdout);
-    const pid_t child = fork();
-    if (child == 0) {
-        load(path);
-        std::fflush(stdout);
-        _exit(0);
+void exportFirst(const DataSet &data, const std::string &target) {
+    const auto first = data.fragments().begin();
+    if (first != data.fragments().end()) {
+        NoProgress progress;
+        ExportRequest request;
+        request.targetName = target;
+        runExport(exportSourceOf(data, (*first)->header().instrument, (*first)->tag()), request, progress);
     }
-    int waited = 0;
-    rusage usage{};
-    while (wait4(child, &waited, 0, &usage) < 0 && errno == EINTR) {
-    }
-    const auto seconds = [](const timeval &time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    return {seconds(usage.ru_utime) + seconds(usage.ru_stime), static_cast<double>(usage.ru_maxrss) / 1024.0,
-            WIFEXITED(waited) ? WEXITSTATUS(waited) : 1};
 }
 
-void write(const std::string &path, const std::string &text) {
+Cost measureHere(const std::string &path) {
+    Cost cost;
+    DataSet data;
+    const double atBegin = secondsUsed();
+    load(path, data);
+    const double loaded = secondsUsed();
+    exportFirst(data, path + ".txt");
+    cost.loading = loaded - atBegin;
+    cost.exporting = secondsUsed() - loaded;
+    cost.megabytes = static_cast<double>(usageNow().ru_maxrss) / 1024.0;
+    cost.isKnown = true;
+    return cost;
+}
+
+Cost costOf(const std::string &path) {
+    std::fflush(stdout);
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0) {
+        return {};
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        const Cost cost = measureHere(path);
+        std::fflush(stdout);
+        _exit(write(ends[1], &cost, sizeof cost) == sizeof cost ? 0 : 1);
+    }
+    close(ends[1]);
+    Cost cost;
+    if (read(ends[0], &cost, sizeof cost) != sizeof cost) {
+        cost = {};
+    }
+    close(ends[0]);
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return cost;
+}
+
+void writeFile(const std::string &path, const std::string &text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
-// Loads each, and prints a line or two about it.
+// Loads and exports each, and prints a line or two about it.
 class Measuring {
 public:
     Measuring() {
-        write(path("a.data"), "DATAH\tA\n");
+        writeFile(path("a.data"), "DATAH\tA\n");
         empty_ = costOf(path("a.data"));
         std::puts("");
     }
@@ -85,9 +141,9 @@ public:
         std::printf("%s: ", name.c_str());
         const Cost cost = costOf(file);
         const double size = static_cast<double>(bytes) / mebi;
-        std::printf("\n    %.1f MB, %.3f s/MB, %.1f MB of memory\n", size,
-                    (cost.seconds - empty_.seconds) / size, cost.megabytes - empty_.megabytes);
-        isGood_ = isGood_ && cost.status == 0;
+        std::printf("\n    %.1f MB, %.3f s/MB to load, %.3f s/MB to export, %.1f MB of memory\n", size,
+                    cost.loading / size, cost.exporting / size, cost.megabytes - empty_.megabytes);
+        isGood_ = isGood_ && cost.isKnown;
     }
     std::string path(const char *name) const { return folder_.filePath(name).toStdString(); }
     bool isGood() const { return isGood_; }
@@ -104,7 +160,7 @@ bool measureAll(std::size_t bytes, std::string_view word) {
     for (const HostileInput &input : hostileInputs()) {
         if (isWanted(input.name)) {
             const std::string text = input.make(bytes);
-            write(measuring.path("a.data"), text);
+            writeFile(measuring.path("a.data"), text);
             measuring.measure(input.name, measuring.path("a.data"), text.size());
         }
     }

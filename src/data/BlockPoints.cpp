@@ -1,7 +1,6 @@
 #include "data/BlockPoints.h"
 
 #include <algorithm>
-#include <limits>
 
 BlockPoints::Reading::Reading(const DataFragment &fragment, std::span<const std::uint32_t> columns)
     : prefix(fragment.tag() + '\t'), selection(fragment.layout(), columns), clock(fragment.timezone()) {
@@ -16,19 +15,11 @@ BlockPoints::BlockPoints(const DataFragment &fragment, std::vector<std::uint32_t
       values_(columns_.size()) {}
 
 std::uint64_t BlockPoints::linesBegin() const {
-    if (member_ > 0) {
-        return 0;
-    }
-    // The index speaks of one member only, and its offsets fall short.
-    const bool needsWholeBlock = fragment_.members().size() > 1 || fragment_.timesDependOnOrder();
-    const std::uint64_t indexed =
-        startOffsetFor(fragment_, needsWholeBlock ? wholeRangeStart : bounds_.start);
-    return std::max(indexed, fragment_.blockBegin());
+    return ::linesBegin(fragment_, member_, bounds_.start);
 }
 
 std::uint64_t BlockPoints::linesEnd() const {
-    const bool isLastMember = member_ + 1 == fragment_.members().size();
-    return isLastMember ? fragment_.blockEnd() : std::numeric_limits<std::uint64_t>::max();
+    return ::linesEnd(fragment_, member_);
 }
 
 bool BlockPoints::takeLine(std::string_view line) {

@@ -21,6 +21,25 @@ TimeBounds narrowedTo(const DataFragment &fragment, double start, double end) {
             end == wholeRangeEnd ? fragment.latestTime() : std::min(end, fragment.latestTime())};
 }
 
+std::uint64_t linesBegin(const DataFragment &fragment, std::size_t member, double start) {
+    if (member > 0) {
+        return 0;
+    }
+    // The index speaks of one member only.
+    if (fragment.members().size() > 1) {
+        return fragment.blockBegin();
+    }
+    // Its offsets fall short, so the first lines may be another block's.
+    const std::uint64_t indexed =
+        startOffsetFor(fragment, fragment.timesDependOnOrder() ? wholeRangeStart : start);
+    return std::max(indexed, fragment.blockBegin());
+}
+
+std::uint64_t linesEnd(const DataFragment &fragment, std::size_t member) {
+    const bool isLast = member + 1 == fragment.members().size();
+    return isLast ? fragment.blockEnd() : std::numeric_limits<std::uint64_t>::max();
+}
+
 std::uint64_t startOffsetFor(const DataFragment &fragment, double start) {
     std::uint64_t offset = fragment.firstOffset();
     if (start != wholeRangeStart) {

@@ -1,17 +1,17 @@
 #include "data/RecordCursor.h"
 
 DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end)
-    : _ContextType(fragment, start, end, ownComplaints_) {}
+    : _ContextType(fragment, start, end, ownSource_) {}
 
 DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end,
-                                         SourceComplaints &complaints)
-    : complaints_(complaints),
+                                         SourceReader &source)
+    : source_(source),
       fragment_(fragment),
       bounds_(narrowedTo(fragment, start, end)),
       prefix_(fragment.tag() + '\t'),
       clock_(fragment.timezone()) {
     record_.values.resize(fragment.valueCount());
-    if (record_.values.empty() || bounds_.areEmpty() || !open()) {
+    if (record_.values.empty() || bounds_.areEmpty() || !openMember(0)) {
         exhaust();
         return;
     }
@@ -20,27 +20,11 @@ DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double st
     } while (!isExhausted() && timeOf(record_) < bounds_.start);
 }
 
-bool DataFragment::_ContextType::open() {
-    // The index speaks of one member only.
-    if (fragment_.members().size() > 1) {
-        return openMember(0, fragment_.blockBegin());
-    }
-    const double from = fragment_.timesDependOnOrder() ? wholeRangeStart : bounds_.start;
-    return openMember(0, startOffsetFor(fragment_, from));
-}
-
-bool DataFragment::_ContextType::openMember(std::size_t index, std::uint64_t offset) {
-    closeMember();
+bool DataFragment::_ContextType::openMember(std::size_t index) {
     member_ = index;
-    const SourceHeader &header = fragment_.header();
-    complaints_.checkForChange(header);
-    // An offset that falls short may lie within a line, whose rest must not pass for a whole one. Reading one
-    // byte earlier and passing over the first line end loses nothing when the offset is true.
-    const bool isBehindLine = offset > 0;
-    return lines_.open(QString::fromStdString(header.fileName),
-                       QString::fromStdString(fragment_.members()[index].name),
-                       static_cast<qint64>(isBehindLine ? offset - 1 : offset)) &&
-           (!isBehindLine || lines_.nextLine());
+    linesEnd_ = linesEnd(fragment_, index);
+    return source_.goTo(fragment_.header(), fragment_.members()[index].name,
+                        linesBegin(fragment_, index, bounds_.start));
 }
 
 void DataFragment::_ContextType::advance() {
@@ -50,39 +34,24 @@ void DataFragment::_ContextType::advance() {
 }
 
 bool DataFragment::_ContextType::readNext() {
+    ChunkLineReader &lines = source_.lines();
     do {
-        while (lines_.nextLine()) {
-            if (isBehindBlock()) {
+        while (lines.nextLine()) {
+            if (lines.lineOffset() + lines.shortfall() >= linesEnd_) {
                 return false;
             }
-            if (isOwnLine() && fragment_.readRecord(lines_.line(), clock_, record_)) {
+            if (lines.line().starts_with(prefix_) && fragment_.readRecord(lines.line(), clock_, record_)) {
                 return true;
             }
         }
-    } while (member_ + 1 < fragment_.members().size() && openMember(member_ + 1, 0));
+    } while (member_ + 1 < fragment_.members().size() && openMember(member_ + 1));
     return false;
-}
-
-// Offsets in the index fall short, so the first lines may be another block's.
-bool DataFragment::_ContextType::isOwnLine() const {
-    const bool isBeforeBlock =
-        member_ == 0 && lines_.lineOffset() + lines_.shortfall() < fragment_.blockBegin();
-    return !isBeforeBlock && lines_.line().starts_with(prefix_);
-}
-
-bool DataFragment::_ContextType::isBehindBlock() const {
-    return member_ + 1 == fragment_.members().size() &&
-           lines_.lineOffset() + lines_.shortfall() >= fragment_.blockEnd();
 }
 
 void DataFragment::_ContextType::exhaust() {
     record_.values.clear();
-    closeMember();
-}
-
-void DataFragment::_ContextType::closeMember() {
-    lines_.close();
-    complaints_.tell(fragment_.header(), lines_.problem());
+    source_.pause();
+    ownSource_.close();
 }
 
 DataSet::_ContextType::_ContextType(const DataSet &dataSet, std::string_view instrument, std::string_view tag,
@@ -106,10 +75,11 @@ void DataSet::_ContextType::passOverExhausted() {
     while (!reader_ || reader_->isExhausted()) {
         reader_.reset();
         if (nextFragment_ == fragments_.size()) {
+            source_->close();
             return;
         }
-        reader_ = std::make_unique<DataFragment::_ContextType>(*fragments_[nextFragment_], start_, end_,
-                                                               *complaints_);
+        reader_ =
+            std::make_unique<DataFragment::_ContextType>(*fragments_[nextFragment_], start_, end_, *source_);
         ++nextFragment_;
     }
 }

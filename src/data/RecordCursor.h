@@ -3,8 +3,7 @@
 #include "data/DataFragment.h"
 #include "data/DataSet.h"
 #include "data/ReadingBounds.h"
-#include "data/SourceComplaints.h"
-#include "loading/lines/ChunkLineReader.h"
+#include "data/SourceReader.h"
 
 #include <cstdint>
 #include <memory>
@@ -22,8 +21,8 @@ class DataFragment::_ContextType {
 public:
     // From `start` to `end`, both inclusive, in UTC seconds or the whole-range bounds.
     _ContextType(const DataFragment &fragment, double start, double end);
-    // The same as a part of a pass over many fragments, which has its `complaints` in common.
-    _ContextType(const DataFragment &fragment, double start, double end, SourceComplaints &complaints);
+    // The same as a part of a pass over many fragments, which have their `source` in common.
+    _ContextType(const DataFragment &fragment, double start, double end, SourceReader &source);
     ~_ContextType() = default;
     _ContextType(const _ContextType &) = delete;
     _ContextType &operator=(const _ContextType &) = delete;
@@ -33,22 +32,18 @@ public:
     void advance();
 
 private:
-    bool open();
-    bool openMember(std::size_t index, std::uint64_t offset);
+    bool openMember(std::size_t index);
     bool readNext();
-    bool isOwnLine() const;
-    bool isBehindBlock() const;
     void exhaust();
-    void closeMember();
 
-    SourceComplaints ownComplaints_;
-    SourceComplaints &complaints_;
+    SourceReader ownSource_;
+    SourceReader &source_;
     const DataFragment &fragment_;
     TimeBounds bounds_;
     std::string prefix_; // the tag and its tab
     RecordClock clock_;
-    ChunkLineReader lines_;
-    std::size_t member_ = 0; // index of the open archive member
+    std::size_t member_ = 0;     // index of the open archive member
+    std::uint64_t linesEnd_ = 0; // true offset behind the block's lines in it
     Record record_;
 };
 
@@ -73,7 +68,7 @@ private:
     std::size_t nextFragment_ = 0;
     double start_;
     double end_;
-    std::unique_ptr<SourceComplaints> complaints_ = std::make_unique<SourceComplaints>(); // the reader has it
-    std::unique_ptr<DataFragment::_ContextType> reader_; // null when exhausted
+    std::unique_ptr<SourceReader> source_ = std::make_unique<SourceReader>(); // the reader has it
+    std::unique_ptr<DataFragment::_ContextType> reader_;                      // null when exhausted
     Record exhausted_;
 };

@@ -12,8 +12,11 @@ void SourceComplaints::checkForChange(const SourceHeader &source) {
 }
 
 void SourceComplaints::tell(const SourceHeader &source, const QString &problem) {
-    const bool isKnown = source.state && source.state->isKnown(problem);
-    if (!problem.isEmpty() && !isKnown && told_.insert(source.fileName).second) {
+    if (!isKnown(source, problem) && told_.insert(source.fileName).second) {
         std::cerr << source.fileName + ": " + problem.toStdString() + '\n' << std::flush;
     }
+}
+
+bool SourceComplaints::isKnown(const SourceHeader &source, const QString &problem) {
+    return problem.isEmpty() || (source.state && source.state->isKnown(problem));
 }

@@ -17,6 +17,8 @@ public:
     void checkForChange(const SourceHeader &source);
     // Says why not all of a source could be read; nothing for an empty `problem`.
     void tell(const SourceHeader &source, const QString &problem);
+    // True for no problem, and for one that the source had when it was loaded.
+    static bool isKnown(const SourceHeader &source, const QString &problem);
 
 private:
     std::set<std::string> told_; // file names

@@ -1,9 +1,7 @@
 #include "data/SourcePass.h"
 
+#include "data/SourceFile.h"
 #include "loading/lines/ChunkLineReader.h"
-
-#include <QFileInfo>
-#include <quazip.h>
 
 #include <algorithm>
 #include <limits>
@@ -57,32 +55,6 @@ private:
     std::vector<BlockPoints *>::iterator next_; // the first one whose lines have not come yet
     std::vector<BlockPoints *> active_;
     std::uint64_t nextChange_ = 0; // offset at which a block begins or ends
-};
-
-// A file whose members are read one after the other. An archive is opened once.
-class SourceFile {
-public:
-    explicit SourceFile(const std::string &name) : name_(QString::fromStdString(name)), archive_(name_) {}
-
-    // Opens a member so that no line is lost that begins at `offset` or behind it.
-    bool open(ChunkLineReader &lines, const std::string &member, std::uint64_t offset) {
-        // One byte earlier: an offset that falls short may lie within a line, whose rest must not seem to
-        // begin there.
-        const auto from = static_cast<qint64>(std::max<std::uint64_t>(offset, 1) - 1);
-        if (member.empty() || !openArchive()) {
-            return lines.open(name_, QString::fromStdString(member), from); // which says why when it fails
-        }
-        return lines.openMember(archive_, QString::fromStdString(member), from);
-    }
-
-private:
-    // Opening a pipe would wait for its writer.
-    bool openArchive() {
-        return archive_.isOpen() || (QFileInfo(name_).isFile() && archive_.open(QuaZip::mdUnzip));
-    }
-
-    QString name_;
-    QuaZip archive_;
 };
 
 } // namespace

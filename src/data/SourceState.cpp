@@ -21,6 +21,10 @@ QString SourceState::change() const {
         .arg(now->size);
 }
 
+bool SourceState::isAsItWas() const {
+    return stamp_ && stampNow() == stamp_;
+}
+
 std::optional<SourceState::Stamp> SourceState::stampNow() const {
     struct stat status {};
     if (::stat(path_.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {

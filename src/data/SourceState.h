@@ -24,12 +24,16 @@ public:
     // Why the file may hold others than the loaded records now, for people; empty when it does not.
     // A plain file that has only grown is one that is still being written: what was loaded stays as it was.
     QString change() const;
+    // The path leads to the same file, and nothing was written to it.
+    bool isAsItWas() const;
 
 private:
     struct Stamp {
         std::int64_t size = 0;                         // bytes
         std::tuple<std::int64_t, std::int64_t> time;   // of the last change: s and ns
         std::tuple<std::uint64_t, std::uint64_t> node; // device and number
+
+        bool operator==(const Stamp &) const = default;
     };
 
     std::optional<Stamp> stampNow() const;

@@ -80,8 +80,9 @@ private:
 
     void readMembers(const MemberList &list) {
         const bool isArchive = isArchiveName(fileName_);
-        if (isArchive && !list.members.empty()) {
-            archive_.open(QuaZip::mdUnzip);
+        if (isArchive && !list.members.empty() && !archive_.open(QuaZip::mdUnzip)) {
+            note(QStringLiteral("The archive is gone or has changed while it was read"));
+            return;
         }
         QSet<QString> names;
         for (auto member = list.members.begin(); member != list.members.end() && !hasEnded(); ++member) {

@@ -41,6 +41,26 @@ TEST_F(SourceStateTest, AFileThatIsAsItWasHasNotChanged) {
     }
 }
 
+TEST_F(SourceStateTest, OnlyTheVerySameFileThatNothingWasWrittenToIsAsItWas) {
+    const auto isAsItWasAfter = [this](const std::function<void(const std::string &)> &change) {
+        const std::string path = writeOld("a.data");
+        const SourceState state(path, false);
+        EXPECT_TRUE(state.isAsItWas());
+        change(path);
+        return state.isAsItWas();
+    };
+    EXPECT_TRUE(isAsItWasAfter([](const std::string &) {}));
+    EXPECT_FALSE(isAsItWasAfter([](const std::string &path) { fs::remove(path); }));
+    EXPECT_FALSE(isAsItWasAfter([](const std::string &path) { fs::resize_file(path, content.size() + 1); }));
+    EXPECT_FALSE(isAsItWasAfter([](const std::string &path) { setBack(path); }));
+    EXPECT_FALSE(isAsItWasAfter([this](const std::string &path) {
+        const std::string other = writeOld("b.data");
+        fs::last_write_time(other, fs::last_write_time(path));
+        fs::rename(other, path);
+    }));
+    EXPECT_FALSE(SourceState(folder_.pathOf("none"), false).isAsItWas());
+}
+
 TEST_F(SourceStateTest, WhatMakesAnotherFileOfItIsAChangeThatNamesBothSizes) {
     struct Row {
         const char *what;

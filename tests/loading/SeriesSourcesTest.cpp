@@ -32,23 +32,6 @@ DataSet load(const QString &path) {
     return merged;
 }
 
-// The lines of `text` in `count` members whose names do not stand in the archive's order; a block runs on
-// over the cuts.
-std::vector<ZipEntry> membersOf(const std::string &text, std::size_t count) {
-    std::vector<ZipEntry> members;
-    std::size_t begin = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t feed = i + 1 == count
-                                     ? text.size()
-                                     : std::min(text.find('\n', text.size() / count * (i + 1)), text.size());
-        const std::size_t end = std::min(feed + 1, text.size());
-        members.push_back(
-            {QString::number(100 + i * 7 % 5) + QString::number(i), text.substr(begin, end - begin)});
-        begin = end;
-    }
-    return members;
-}
-
 // Bytes that this process has read so far, from whatever file.
 std::uint64_t bytesRead() {
     std::ifstream counts("/proc/self/io");
@@ -80,7 +63,7 @@ TEST(SeriesSources, ArchivesWhoseBlocksRunOnOverMembersGiveWhatEachKeyAloneGives
         options.lines = 300;
         options.isPlain = random.oneIn(3);
         const QString path = folder.path(QString::number(seed) + ".zip");
-        writeZip(path, membersOf(RandomDataFile(options).text(), 1 + random.below(6)));
+        writeZip(path, cutIntoMembers(RandomDataFile(options).text(), 1 + random.below(6)));
         const DataSet merged = load(path);
         for (int query = 0; query < 8; ++query) {
             const double from = static_cast<double>(options.start + random.between(-600, 5000));

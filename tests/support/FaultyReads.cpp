@@ -40,10 +40,12 @@ extern "C" __attribute__((visibility("default"))) ssize_t readWithFaults(int fil
     if (!isArmed || !isWatched(file)) {
         return systemRead(file, to, wanted);
     }
-    ++readCount;
     const FaultyReads::Fault &fault = watched.fault;
+    if (++readCount == fault.actsAtRead) {
+        fault.action();
+    }
     const auto at = static_cast<std::size_t>(::lseek(file, 0, SEEK_CUR));
-    if (at >= fault.failsAt) {
+    if (at >= fault.failsAt && at < fault.failsUntil) {
         ++failureCount;
         errno = EIO;
         return -1;
@@ -51,8 +53,8 @@ extern "C" __attribute__((visibility("default"))) ssize_t readWithFaults(int fil
     if (at >= fault.endsAt) {
         return 0;
     }
-    return systemRead(file, to,
-                      std::min({wanted, fault.largestPiece, fault.failsAt - at, fault.endsAt - at}));
+    const std::size_t good = at < fault.failsAt ? fault.failsAt - at : FaultyReads::never;
+    return systemRead(file, to, std::min({wanted, fault.largestPiece, good, fault.endsAt - at}));
 }
 
 FaultyReads::FaultyReads(const std::string &path, const Fault &fault) {

@@ -1,6 +1,7 @@
 #include "support/HostileArchives.h"
 
 #include "loading/support/ZipWriting.h"
+#include "support/HostileInputs.h"
 
 #include <QFile>
 
@@ -16,6 +17,13 @@ HostileArchive bomb(std::string name, std::string begin, std::string line) {
                     text += line;
                 }
                 writeZip(path, {{"a.data", std::move(text)}});
+            }};
+}
+
+// A block of one record after the other, so that each is read again where it lies.
+HostileArchive ofBlocks(std::string name) {
+    return {std::move(name), [](const QString &path, std::size_t bytes) {
+                writeZip(path, {{"a.data", blocksOfOneRecord(bytes / 28)}});
             }};
 }
 
@@ -47,6 +55,7 @@ std::vector<HostileArchive> hostileArchives() {
         bomb("a member of the same record", "DATAH\tSECONDS\tA\n", "DATA\t1\t1\n"),
         bomb("a member of records of 10,000 columns", "DATAH" + values + '\n', "DATA" + values + '\n'),
         bomb("a member of header lines", "", "DATAH\tA\n"),
+        ofBlocks("a member of header lines and records by turns"),
         bomb("a member of line feeds", "DATAH\tA\n", "\n"),
         bomb("a member without a line feed", "", "x"),
         manyMembers("members of nothing", [](std::size_t) { return std::string(); }),

@@ -76,6 +76,8 @@ std::vector<HostileInput> ofBlocks() {
                [](std::size_t i) { return wideBlock(10000, std::to_string(i) + '_', "(u)"); }),
         pieces("header lines and records by turns", "",
                [](std::size_t i) { return "DATAH\tSECONDS\tA\n" + oneRecord(1 + i * 2); }),
+        pieces("blocks that go back in time", "",
+               [](std::size_t i) { return "DATAH\tSECONDS\tA\n" + oneRecord(4000000000 - i * 2); }),
         pieces("header lines and bad records by turns", "",
                [](std::size_t) { return "DATAH\tSECONDS\tA\nDATA\tx\n"s; }),
         pieces("an instrument for each record", "Timezone:\tUTC\n",

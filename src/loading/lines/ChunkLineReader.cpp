@@ -98,7 +98,11 @@ bool ChunkLineReader::openZipped(std::unique_ptr<QuaZipFile> file, const QString
         return false;
     }
     start(std::move(file), member, startOffset);
-    return true;
+    // Its entry in the archive's directory is damaged, or can be read no longer.
+    if (size_ < 0) {
+        problem_ = cannotBeOpened(member);
+    }
+    return size_ >= 0;
 }
 
 bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset) {
@@ -118,7 +122,7 @@ void ChunkLineReader::start(std::unique_ptr<QIODevice> device, const QString &me
     buffer_ = memory_.get() + spareByte;
     device_ = std::move(device);
     size_ = device_->size();
-    if (skipToStart(startOffset)) {
+    if (skipTo(startOffset, 0)) {
         fill(startOffset);
     }
 }
@@ -137,20 +141,21 @@ void ChunkLineReader::addBlock() {
     }
 }
 
-bool ChunkLineReader::skipToStart(qint64 startOffset) {
+// `position` is where a device that cannot move stands.
+bool ChunkLineReader::skipTo(qint64 offset, qint64 position) {
     if (!device_->isSequential()) {
-        const bool good = startOffset == 0 || device_->seek(startOffset);
+        const bool good = offset == 0 || device_->seek(offset);
         if (!good) {
             noteShortRead(true, 0);
         }
         return good;
     }
-    for (qint64 left = startOffset; left > 0;) {
+    for (qint64 left = offset - position; left > 0;) {
         const qint64 wanted = std::min(left, blockSize);
         const ReadResult read = readFully(*device_, buffer_, wanted);
         left -= read.count;
         if (read.count < wanted) {
-            noteShortRead(read.failed, startOffset - left);
+            noteShortRead(read.failed, offset - left);
             return false;
         }
     }
@@ -289,14 +294,45 @@ void ChunkLineReader::jumpTo(std::uint64_t offset) {
     }
     // One byte earlier, so that what is left of a line does not seem to begin there.
     const qint64 target = static_cast<qint64>(offset) - 1;
-    if (target < dataEnd_ - buffer_ + base_ + static_cast<qint64>(shortfall_)) {
-        return;
+    if (target >= heldEnd()) {
+        refillFrom(target);
     }
+}
+
+bool ChunkLineReader::goTo(std::uint64_t offset) {
+    // A read that failed may have left anything in the block.
+    if (dataEnd_ == nullptr || (ended_ && !problem_.isEmpty())) {
+        return false;
+    }
+    const auto target = static_cast<qint64>(std::max<std::uint64_t>(offset, 1)) - 1;
+    if (target < heldBegin() || (ended_ && target >= heldEnd())) {
+        return false;
+    }
+    if (target < heldEnd()) {
+        next_ = buffer_ + carryRoom + (target - heldBegin());
+        ended_ = false;
+    } else {
+        refillFrom(target);
+    }
+    return true;
+}
+
+void ChunkLineReader::refillFrom(qint64 offset) {
+    const qint64 position = heldEnd();
     dataEnd_ = lineBegin_ = lineEnd_ = next_ = nullptr;
     shortfall_ = 0;
-    if (skipToStart(target)) {
-        fill(target);
+    if (skipTo(offset, position)) {
+        fill(offset);
     }
+}
+
+// True offsets of the bytes of the last read.
+qint64 ChunkLineReader::heldBegin() const {
+    return base_ + carryRoom + static_cast<qint64>(shortfall_);
+}
+
+qint64 ChunkLineReader::heldEnd() const {
+    return dataEnd_ - buffer_ + base_ + static_cast<qint64>(shortfall_);
 }
 
 bool ChunkLineReader::skip(qint64 count) {

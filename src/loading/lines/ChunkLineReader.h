@@ -57,6 +57,11 @@ public:
     // rest of one.
     void jumpTo(std::uint64_t offset);
 
+    // Makes the lines come next that begin at the true offset `offset` or behind it, wherever the reader
+    // stands; what is left of the line before them may come first. False, and nothing changes, when bytes are
+    // needed that are held no longer: then the source must be opened again.
+    bool goTo(std::uint64_t offset);
+
     // Passes over `count` bytes; false when fewer are left in the present data and one refill.
     bool skip(qint64 count);
 
@@ -81,7 +86,10 @@ private:
     bool openInArchive(const QString &path, const QString &member, qint64 startOffset);
     bool openZipped(std::unique_ptr<QuaZipFile> file, const QString &member, qint64 startOffset);
     void start(std::unique_ptr<QIODevice> device, const QString &member, qint64 startOffset);
-    bool skipToStart(qint64 startOffset);
+    bool skipTo(qint64 offset, qint64 position);
+    void refillFrom(qint64 offset);
+    qint64 heldBegin() const;
+    qint64 heldEnd() const;
     bool findLine();
     bool fill(qint64 fileOffset);
     bool endIfTooLong();

@@ -5,6 +5,7 @@
 #include <quazipfile.h>
 #include <quazipnewinfo.h>
 
+#include <algorithm>
 #include <limits>
 #include <stdexcept>
 
@@ -57,6 +58,21 @@ std::string zip64Extra(const RawZipEntry &entry) {
 }
 
 } // namespace
+
+std::vector<ZipEntry> cutIntoMembers(const std::string &text, std::size_t count) {
+    std::vector<ZipEntry> members;
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t feed = i + 1 == count
+                                     ? text.size()
+                                     : std::min(text.find('\n', text.size() / count * (i + 1)), text.size());
+        const std::size_t end = std::min(feed + 1, text.size());
+        members.push_back(
+            {QString::number(100 + i * 7 % 5) + QString::number(i), text.substr(begin, end - begin)});
+        begin = end;
+    }
+    return members;
+}
 
 void writeZip(const QString &path, const std::vector<ZipEntry> &entries) {
     QuaZip archive(path);

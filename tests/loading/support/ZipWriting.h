@@ -15,6 +15,10 @@ struct ZipEntry {
     Method method = Method::deflated;
 };
 
+// The lines of `text` in `count` members whose names do not stand in the archive's order; a block runs on
+// over the cuts.
+std::vector<ZipEntry> cutIntoMembers(const std::string &text, std::size_t count);
+
 // Writes an archive of these members, in this order.
 void writeZip(const QString &path, const std::vector<ZipEntry> &entries);
 
