@@ -3,12 +3,14 @@
 
 #include "ui/WindowWalk.h"
 
+#include "support/RunningCase.h"
 #include "time/Timezone.h"
 
 #include <QDir>
 #include <QtTest>
 
 #include <optional>
+#include <string>
 
 namespace {
 
@@ -54,6 +56,9 @@ private Q_SLOTS:
 
 private:
     void walk(quint64 seed) {
+        const RunningCase running("FVQA_WALK_SEED=" + std::to_string(seed));
+        // Ahead of the reports of sanitizers that let the program go on.
+        qInfo("%s", running.text().c_str());
         QList<QPointer<PlotDialog>> plots;
         {
             WindowWalk walk(*files_, seed);
