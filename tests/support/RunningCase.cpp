@@ -40,8 +40,11 @@ std::array<struct sigaction, deadlySignals.size()> actionsBefore{};
 // Tells the case and leaves the rest to whoever took the signal before.
 void onDeadlySignal(int signal) {
     tellCase();
-    const auto known = std::find(deadlySignals.begin(), deadlySignals.end(), signal);
-    ::sigaction(signal, &actionsBefore[static_cast<std::size_t>(known - deadlySignals.begin())], nullptr);
+    for (std::size_t i = 0; i < deadlySignals.size(); ++i) {
+        if (deadlySignals[i] == signal) {
+            ::sigaction(signal, &actionsBefore[i], nullptr);
+        }
+    }
     ::raise(signal);
 }
 
