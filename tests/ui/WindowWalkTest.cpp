@@ -3,6 +3,7 @@
 
 #include "ui/WindowWalk.h"
 
+#include "support/LeakCheck.h"
 #include "support/RunningCase.h"
 #include "time/Timezone.h"
 
@@ -52,6 +53,7 @@ private Q_SLOTS:
         qInfo("%llu walks, up to %d workers, %d plots, %d exports", isSet ? 1 : count, mostWorkers_, plots_,
               exports_);
         QVERIFY(isSet || (mostWorkers_ >= 10 && plots_ > 0 && exports_ > 0));
+        QVERIFY(!isMemoryLeaked());
     }
 
 private:
