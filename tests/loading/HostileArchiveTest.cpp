@@ -72,7 +72,7 @@ TEST(HostileArchive, EveryMemberIsReadHoweverManyThereAre) {
     std::size_t asked = 0;
     for (const HostileArchive &archive : hostileArchives()) {
         if (archive.name == "members of a block each") {
-            archive.write(path, 2000 * 1024);
+            archive.write(path, std::size_t{2000} * 1024);
             asked = costOf(path).blocks;
         }
     }

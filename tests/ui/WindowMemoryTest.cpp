@@ -35,7 +35,7 @@ private Q_SLOTS:
         qInfo("%lld bytes more after %d cycles", static_cast<long long>(grown), cycles);
         if (!isSanitizerBuild) {
             // Over 10,000 cycles that is less than the smallest object each.
-            QVERIFY2(grown < 64 * 1024, qPrintable(QString::number(grown)));
+            QVERIFY2(grown < qint64{64} * 1024, qPrintable(QString::number(grown)));
         }
         QCOMPARE(window.model()->rowCount(), 0);
         QVERIFY(window.model()->dataSet()->fileNames().empty());
