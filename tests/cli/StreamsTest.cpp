@@ -70,12 +70,37 @@ TEST(Streams, APipeThatNobodyReadsEndsTheProgramQuietly) {
 
 TEST(Streams, AFullDiskFails) {
     const LargeOutput large;
+    const TemporaryFolder folder;
+    const std::string file = folder.write("a.data", sampleWithBadChecksum() + sampleData("X", 1000, 2));
     CliProcess::Setup setup;
     setup.outputFile = "/dev/full";
-    for (const std::vector<std::string> &arguments : {large.arguments(), {"--help"}, {"--version"}}) {
+    const std::vector<std::vector<std::string>> runs{
+        {"summary", file},  {"variables", file},
+        {"messages", file}, {"series", "--variable", "X:DATA:CH4D", file},
+        large.arguments(),  {"--help"},
+        {"--version"}};
+    for (const std::vector<std::string> &arguments : runs) {
+        ASSERT_NE(runCli(arguments).out, "") << arguments.front();
         const CliResult result = runCli(arguments, setup);
+        EXPECT_EQ(result.status, 1) << arguments.front();
+        EXPECT_TRUE(result.err.ends_with("fvqa300-cli: standard output: No space left on device\n"))
+            << result.err;
+    }
+}
+
+// As when a disk gets full on the way: a later write fails, not the first one.
+TEST(Streams, AFileThatMayNotGrowAnyMoreKeepsItsBeginning) {
+    const LargeOutput large;
+    const std::string whole = runCli(large.arguments()).out;
+    const TemporaryFolder folder;
+    for (const std::size_t limit : {whole.size() / 2, whole.size() - 1}) {
+        CliProcess::Setup setup;
+        setup.outputFile = folder.write("out", "");
+        setup.largestFile = limit;
+        const CliResult result = runCli(large.arguments(), setup);
         EXPECT_EQ(result.status, 1);
-        EXPECT_TRUE(result.err.starts_with("fvqa300-cli: standard output: ")) << result.err;
+        EXPECT_EQ(result.err, "fvqa300-cli: standard output: File too large\n");
+        EXPECT_TRUE(folder.read("out") == whole.substr(0, limit)) << folder.read("out").size();
     }
 }
 

@@ -55,8 +55,7 @@ std::vector<std::uint64_t> damageSeeds() {
     if (const auto one = numberFromEnvironment("FVQA_DAMAGE_SEED")) {
         return {*one};
     }
-    constexpr std::uint64_t few = 8;
-    std::vector<std::uint64_t> seeds(numberFromEnvironment("FVQA_DAMAGE_SEEDS").value_or(few));
+    std::vector<std::uint64_t> seeds(numberFromEnvironment("FVQA_DAMAGE_SEEDS").value_or(fewSeeds));
     std::iota(seeds.begin(), seeds.end(), 1U);
     return seeds;
 }

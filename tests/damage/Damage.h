@@ -16,6 +16,9 @@ std::string withChangedBytes(std::string bytes, RandomNumbers &random, std::uint
 // The begin of one file up to some place, and another from some place on.
 std::string joined(std::string_view first, std::string_view second, RandomNumbers &random);
 
+// The number of seeds of the everyday suite: so many that some files are left readable.
+inline constexpr std::uint64_t fewSeeds = 8;
+
 // Which seeds a test runs through: a few, or as many as the environment's FVQA_DAMAGE_SEEDS says, or only
 // FVQA_DAMAGE_SEED, to see one case again.
 std::vector<std::uint64_t> damageSeeds();

@@ -4,6 +4,7 @@
 #include "damage/Damage.h"
 #include "damage/ExampleFiles.h"
 #include "damage/MemoryFolder.h"
+#include "support/RunningCase.h"
 #include "time/Timezone.h"
 
 #include <algorithm>
@@ -104,6 +105,16 @@ protected:
     std::string whole_ = bytesOfFile(FVQA_ZONEINFO_DIR "/" + std::string(GetParam()));
 };
 
+// Some zones load in spite of the damage, and of many some do not.
+void expectSome(std::size_t loaded, std::size_t cases) {
+    if (cases >= fewSeeds) {
+        EXPECT_GT(loaded, 0U);
+    }
+    if (cases >= 100) {
+        EXPECT_LT(loaded, cases);
+    }
+}
+
 std::string testName(const testing::TestParamInfo<const char *> &zone) {
     std::string name = zone.param;
     std::replace(name.begin(), name.end(), '/', '_');
@@ -114,31 +125,38 @@ std::string testName(const testing::TestParamInfo<const char *> &zone) {
 
 TEST_P(DamagedZoneFile, WithOneByteInAHundredChangedConvertsOrNamesItself) {
     ASSERT_TRUE(check(whole_));
-    for (const std::uint64_t seed : damageSeeds()) {
-        SCOPED_TRACE("FVQA_DAMAGE_SEED=" + std::to_string(seed));
+    std::size_t loaded = 0;
+    const auto seeds = damageSeeds();
+    for (const std::uint64_t seed : seeds) {
+        const RunningCase running("FVQA_DAMAGE_SEED=" + std::to_string(seed));
+        SCOPED_TRACE(running.text());
         RandomNumbers random(seed);
-        check(withChangedBytes(whole_, random));
+        loaded += check(withChangedBytes(whole_, random)) ? 1U : 0U;
         ASSERT_FALSE(HasFailure());
     }
+    expectSome(loaded, seeds.size());
 }
 
 TEST_P(DamagedZoneFile, JoinedWithAnotherConvertsOrNamesItself) {
     std::size_t loaded = 0;
-    for (const std::uint64_t seed : damageSeeds()) {
-        SCOPED_TRACE("FVQA_DAMAGE_SEED=" + std::to_string(seed));
+    const auto seeds = damageSeeds();
+    for (const std::uint64_t seed : seeds) {
+        const RunningCase running("FVQA_DAMAGE_SEED=" + std::to_string(seed));
+        SCOPED_TRACE(running.text());
         RandomNumbers random(seed);
         const std::string other = bytesOfFile(FVQA_ZONEINFO_DIR "/" + std::string(random.pick(zoneNames)));
         loaded += check(joined(whole_, other, random)) ? 1U : 0U;
         ASSERT_FALSE(HasFailure());
     }
-    EXPECT_TRUE(loaded > 0 || !isThoroughRun());
+    expectSome(loaded, seeds.size());
 }
 
 // So small a file is cut everywhere.
 TEST_P(DamagedZoneFile, CutAtAnyByteConvertsOrNamesItself) {
     std::size_t loaded = 0;
     for (std::size_t cut = 0; cut <= whole_.size(); ++cut) {
-        SCOPED_TRACE("cut at byte " + std::to_string(cut));
+        const RunningCase running(std::string(GetParam()) + " cut at byte " + std::to_string(cut));
+        SCOPED_TRACE(running.text());
         loaded += check(whole_.substr(0, cut)) ? 1U : 0U;
         ASSERT_FALSE(HasFailure());
     }

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <filesystem>
 #include <map>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -37,34 +38,62 @@ protected:
     }
 };
 
-// Fails the call of the given number, counted over all files of an export.
-class CountingSink : public ExportSink {
+// One call of a sink: a write or the close.
+struct SinkCall {
+    std::string file;
+    std::size_t bytesBefore = 0; // that the file had taken
+    bool isWrite = false;
+};
+
+// All files of an export, of whose calls, counted over all of them, one fails.
+struct WatchedFiles {
+    std::size_t failingCall = MemorySink::never;
+    std::map<std::string, std::string> bytes;
+    std::vector<SinkCall> calls;
+};
+
+class WatchedSink : public ExportSink {
 public:
-    CountingSink(SinkLog &log, std::size_t &calls, std::size_t failingCall)
-        : log_(log), calls_(calls), failingCall_(failingCall) {}
+    WatchedSink(WatchedFiles &files, std::string name)
+        : files_(files), name_(std::move(name)), bytes_(files.bytes[name_]) {}
 
     std::error_code write(std::string_view bytes) override {
-        const std::error_code error = result();
-        if (!error) {
-            log_.bytes += bytes;
-        }
+        const std::error_code error = note(true);
+        bytes_ += error ? "" : bytes;
         return error;
     }
-    std::error_code close() override {
-        log_.isClosed = true;
-        return result();
-    }
+    std::error_code close() override { return note(false); }
 
 private:
-    std::error_code result() {
-        return calls_++ == failingCall_ ? std::make_error_code(std::errc::no_space_on_device)
-                                        : std::error_code();
+    std::error_code note(bool isWrite) {
+        files_.calls.push_back({name_, bytes_.size(), isWrite});
+        return files_.calls.size() == files_.failingCall + 1
+                   ? std::make_error_code(std::errc::no_space_on_device)
+                   : std::error_code();
     }
 
-    SinkLog &log_;
-    std::size_t &calls_;
-    std::size_t failingCall_;
+    WatchedFiles &files_;
+    std::string name_;
+    std::string &bytes_;
 };
+
+// Records of five hours, so many in the first one that its piece is written in several blocks, and a
+// diagnostic word that changes now and then.
+std::string recordsOfFiveHours(std::uint32_t first) {
+    std::string header = "DATADIAGH\tNOSIGNAL\tPUMPON\nDATAH\tSECONDS\tDIAG";
+    std::string values;
+    for (int column = 0; column < 60; ++column) {
+        header += "\tX" + std::to_string(column);
+        values += "\t12345.5";
+    }
+    std::string text = header + '\n';
+    for (std::uint32_t i = 0; i < 1240; ++i) {
+        const std::uint32_t seconds = i < 1200 ? 3 * i : 3600 + 360 * (i - 1200);
+        text +=
+            "DATA\t" + std::to_string(first + seconds) + '\t' + std::to_string(i / 100 % 4) + values + '\n';
+    }
+    return text;
+}
 
 // More records than are read at a time.
 constexpr int manyRecords = 400'000;
@@ -72,35 +101,36 @@ constexpr int manyRecords = 400'000;
 } // namespace
 
 TEST_F(ExportFaults, AFailureAtAnyWriteOfAnyPieceNamesThatPieceAndLeavesTheOthersWhole) {
-    load(records(tenOClock, 50, hour / 10));
-    for (const ExportFormat format : {ExportFormat::text, ExportFormat::tob1}) {
-        const auto exportFailingAt = [&](std::size_t failingCall, std::size_t &calls) {
-            std::map<std::string, SinkLog> logs;
+    loadText(recordsOfFiveHours(tenOClock));
+    const ExportSource all = source();
+    for (const ExportFormat format : {ExportFormat::text, ExportFormat::tob1, ExportFormat::diagnostics}) {
+        const auto exportFailingAt = [&](std::size_t failingCall) {
+            WatchedFiles files{failingCall, {}, {}};
             progress_ = {};
-            const ExportSource all = source();
             ExportJob(all, requestFor("f.txt", hour, format), progress_,
                       [&](const std::string &name, std::error_code &) {
-                          return std::make_unique<CountingSink>(logs[name], calls, failingCall);
+                          return std::make_unique<WatchedSink>(files, name);
                       })
                 .run();
-            return logs;
+            return files;
         };
-        std::size_t allCalls = 0;
-        const auto whole = exportFailingAt(MemorySink::never, allCalls);
-        ASSERT_EQ(whole.size(), 5U);
-        ASSERT_EQ(allCalls, 10U); // a write and a close for each
-        for (std::size_t failing = 0; failing < allCalls; ++failing) {
-            std::size_t calls = 0;
-            const auto cut = exportFailingAt(failing, calls);
+        const WatchedFiles whole = exportFailingAt(MemorySink::never);
+        ASSERT_TRUE(progress_.failures.empty());
+        // Each file is written and closed, and one has further blocks.
+        ASSERT_EQ(whole.bytes.size(), format == ExportFormat::diagnostics ? 1U : 5U);
+        ASSERT_GT(whole.calls.size(), 2 * whole.bytes.size());
+        for (std::size_t failing = 0; failing < whole.calls.size(); ++failing) {
+            const SinkCall &failed = whole.calls[failing];
+            const WatchedFiles cut = exportFailingAt(failing);
             EXPECT_TRUE(progress_.hasEnded);
-            const std::string &failed = progress_.files.at(failing / 2);
-            EXPECT_EQ(
-                progress_.failures,
-                std::vector<std::string>{failed + ": The export cannot be written: No space left on device"});
-            ASSERT_EQ(cut.size(), whole.size());
-            for (const auto &[name, log] : whole) {
-                const bool isLost = name == failed && failing % 2 == 0;
-                EXPECT_EQ(cut.at(name).bytes, isLost ? "" : log.bytes) << name;
+            EXPECT_EQ(progress_.failures,
+                      std::vector<std::string>{failed.file +
+                                               ": The export cannot be written: No space left on device"});
+            ASSERT_EQ(cut.bytes.size(), whole.bytes.size());
+            for (const auto &[name, bytes] : whole.bytes) {
+                const bool isCut = name == failed.file && failed.isWrite;
+                EXPECT_TRUE(cut.bytes.at(name) == (isCut ? bytes.substr(0, failed.bytesBefore) : bytes))
+                    << name << " with call " << failing << " failing";
             }
         }
     }

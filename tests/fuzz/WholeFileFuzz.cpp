@@ -1,5 +1,5 @@
 // A whole file at every level of vectors: records, sums, extremes, index and series are those of a plain
-// twin, and exports are the same bytes.
+// twin, and exports are the very bytes that a second reader and writer gives.
 
 #include "FuzzCheck.h"
 #include "FuzzFiles.h"
@@ -9,51 +9,82 @@
 #include "data/WatchedLoading.h"
 #include "export/ExportTest.h"
 #include "export/MemorySink.h"
+#include "independent/IndependentExport.h"
 
+#include <algorithm>
 #include <list>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
 
-// Every file of an export, kept in memory.
-std::string exported(const DataSet &data, const std::string &instrument, const std::string &tag,
-                     ExportFormat format, std::int32_t splitPeriod) {
-    std::string all;
+// What an export came to, its files kept in memory.
+struct Exported {
+    IndependentRequest request;
+    ExportFormat format = ExportFormat::text;
+    ExportedFiles files;
+    std::vector<std::string> remarks;
+    std::vector<std::string> failures;
+};
+
+Exported exported(const DataSet &data, const IndependentRequest &request, ExportFormat format) {
     std::list<SinkLog> logs;
     RecordedProgress progress;
-    const ExportSource source = exportSourceOf(data, instrument, tag);
-    const ExportRequest request{format, "fuzz.out", TimeColumns::all, splitPeriod};
-    ExportJob(source, request, progress, [&logs](const std::string &, std::error_code &) {
-        return std::make_unique<MemorySink>(logs.emplace_back());
-    }).run();
+    const ExportSource source = exportSourceOf(data, request.instrument, request.tag);
+    ExportJob(source, {format, request.target, request.timeColumns, static_cast<std::int32_t>(request.split)},
+              progress,
+              [&logs](const std::string &, std::error_code &) {
+                  return std::make_unique<MemorySink>(logs.emplace_back());
+              })
+        .run();
     require(progress.hasEnded, "an export that nobody cancels comes to its end");
+    Exported result{request, format, {}, progress.remarks, progress.failures};
     auto log = logs.begin();
     for (const std::string &name : progress.files) {
         require(log != logs.end() && log->isClosed, "every file of an export is opened and closed");
-        all.append(name).append(1, '\n').append(log->bytes);
+        require(result.files.emplace(name, log->bytes).second, "no file of an export replaces another");
         ++log;
     }
-    for (const auto *const lines : {&progress.remarks, &progress.failures}) {
-        for (const std::string &line : *lines) {
-            all.append(line).append(1, '\n');
+    return result;
+}
+
+// Of every instrument and tag.
+std::vector<Exported> allExports(const DataSet &data) {
+    std::vector<Exported> all;
+    for (const std::string &instrument : data.instruments()) {
+        for (const std::string &tag : data.tagsOfInstrument(instrument)) {
+            const auto request = [&](std::int64_t split) {
+                return IndependentRequest{instrument, tag, "fuzz.out", TimeColumns::all, split};
+            };
+            all.push_back(exported(data, request(0), ExportFormat::text));
+            all.push_back(exported(data, request(1800), ExportFormat::tob1));
+            all.push_back(exported(data, request(0), ExportFormat::diagnostics));
         }
     }
     return all;
 }
 
-std::string allExports(const DataSet &data) {
-    std::string all;
-    for (const std::string &instrument : data.instruments()) {
-        for (const std::string &tag : data.tagsOfInstrument(instrument)) {
-            all += exported(data, instrument, tag, ExportFormat::text, 0);
-            all += exported(data, instrument, tag, ExportFormat::tob1, 1800);
-            all += exported(data, instrument, tag, ExportFormat::diagnostics, 0);
-        }
+bool areSame(const Exported &one, const Exported &other) {
+    return one.request.instrument == other.request.instrument && one.request.tag == other.request.tag &&
+           one.files == other.files && one.remarks == other.remarks && one.failures == other.failures;
+}
+
+void checkAgainstSecondWriter(const std::vector<Exported> &exports, const IndependentBlocks &blocks) {
+    std::set<std::pair<std::string, std::string>> kinds;
+    for (const auto &block : blocks) {
+        kinds.emplace(block->instrument, block->tag);
     }
-    return all;
+    require(exports.size() == 3 * kinds.size(), "both readers find as many instruments and tags");
+    for (const Exported &one : exports) {
+        const auto second = one.format == ExportFormat::text   ? independentText
+                            : one.format == ExportFormat::tob1 ? independentTob1
+                                                               : independentDiagnostics;
+        require(one.files == second(blocks, one.request), "an export is that of the second writer");
+    }
 }
 
 void checkFragments(const DataSet &source, const WatchedLoading &watched) {
@@ -79,16 +110,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     const EveryLevel levels;
     useVectorLevel(VectorLevel::plain);
     const WatchedLoading watched(file.path());
-    std::optional<std::string> exports;
+    std::optional<std::vector<Exported>> exports;
     for (const VectorLevel level : EveryLevel::available()) {
         useVectorLevel(level);
         DataSet source = loadSource(file.path());
         checkFragments(source, watched);
         DataSet merged;
         merged.merge(source);
-        const std::string exportsOfLevel = allExports(merged);
-        require(exports.value_or(exportsOfLevel) == exportsOfLevel, "every level exports the same bytes");
-        exports = exportsOfLevel;
+        std::vector<Exported> exportsOfLevel = allExports(merged);
+        if (exports) {
+            require(std::equal(exports->begin(), exports->end(), exportsOfLevel.begin(), exportsOfLevel.end(),
+                               areSame),
+                    "every level exports the same");
+        } else if (source.problem().empty()) {
+            // The second reader knows no bounds of what a file may ask for.
+            checkAgainstSecondWriter(exportsOfLevel, readIndependently({file.path()}, FVQA_ZONEINFO_DIR));
+        }
+        exports = std::move(exportsOfLevel);
     }
     return 0;
 }

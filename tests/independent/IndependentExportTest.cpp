@@ -3,6 +3,7 @@
 #include "independent/ComparedExports.h"
 #include "independent/HostileDataFile.h"
 #include "loading/support/ZipWriting.h"
+#include "support/RunningCase.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -83,7 +84,8 @@ TEST(IndependentExport, HostileFilesExportTheSame) {
     const std::uint64_t first = setting("FVQA_FIRST_SEED", 1);
     std::size_t records = 0;
     for (std::uint64_t seed = first; seed < first + setting("FVQA_SEEDS", 12); ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
+        const RunningCase running("FVQA_FIRST_SEED=" + std::to_string(seed) + " FVQA_SEEDS=1");
+        SCOPED_TRACE(running.text());
         const ScratchFolder folder;
         const ComparedExports exports(writeHostileFiles(seed, folder));
         records += exports.recordCount();

@@ -27,13 +27,24 @@ HostileArchive ofBlocks(std::string name) {
             }};
 }
 
+RawZipEntry goodMember(std::string name, std::string text) {
+    const std::uint32_t crc = crcOf(text);
+    const std::size_t size = text.size();
+    return {std::move(name), std::move(text), size, crc};
+}
+
+RawZipEntry damagedMember(std::string name, std::string text) {
+    RawZipEntry member = goodMember(std::move(name), std::move(text));
+    member.crc ^= 1U;
+    return member;
+}
+
 // A kilobyte of the wanted size stands for one member.
-HostileArchive manyMembers(std::string name, std::function<std::string(std::size_t)> content) {
-    return {std::move(name), [content = std::move(content)](const QString &path, std::size_t bytes) {
+HostileArchive manyMembers(std::string name, std::function<RawZipEntry(std::size_t)> member) {
+    return {std::move(name), [member = std::move(member)](const QString &path, std::size_t bytes) {
                 std::vector<RawZipEntry> entries;
                 for (std::size_t i = 0; i < bytes / 1024; ++i) {
-                    std::string text = content(i);
-                    entries.push_back({std::to_string(i) + ".data", text, text.size(), crcOf(text)});
+                    entries.push_back(member(i));
                 }
                 const std::string zip = rawZip(entries);
                 QFile file(path);
@@ -42,6 +53,19 @@ HostileArchive manyMembers(std::string name, std::function<std::string(std::size
                     throw std::runtime_error("an archive cannot be written");
                 }
             }};
+}
+
+std::string memberName(std::size_t number) {
+    return std::to_string(number) + ".data";
+}
+
+std::string block(std::size_t number) {
+    return "DATAH\tSECONDS\tA\nDATA\t" + std::to_string(number + 1) + "\t1\n";
+}
+
+// Of a block that the first member begins and all others go on with.
+std::string lineOfOneBlock(std::size_t number) {
+    return number == 0 ? block(number) : "DATA\t" + std::to_string(number + 1) + "\t1\n";
 }
 
 } // namespace
@@ -58,14 +82,17 @@ std::vector<HostileArchive> hostileArchives() {
         ofBlocks("a member of header lines and records by turns"),
         bomb("a member of line feeds", "DATAH\tA\n", "\n"),
         bomb("a member without a line feed", "", "x"),
-        manyMembers("members of nothing", [](std::size_t) { return std::string(); }),
-        manyMembers(
-            "members of a block each",
-            [](std::size_t i) { return "DATAH\tSECONDS\tA\nDATA\t" + std::to_string(i + 1) + "\t1\n"; }),
+        manyMembers("members of nothing", [](std::size_t i) { return goodMember(memberName(i), ""); }),
+        manyMembers("members of a block each",
+                    [](std::size_t i) { return goodMember(memberName(i), block(i)); }),
         manyMembers("members that go on with one block",
+                    [](std::size_t i) { return goodMember(memberName(i), lineOfOneBlock(i)); }),
+        manyMembers("members with wrong check sums",
+                    [](std::size_t i) { return damagedMember(memberName(i), lineOfOneBlock(i)); }),
+        manyMembers("members with wrong check sums and long names",
                     [](std::size_t i) {
-                        return (i == 0 ? "DATAH\tSECONDS\tA\n" : "") + ("DATA\t" + std::to_string(i + 1)) +
-                               "\t1\n";
+                        // Hardly longer ones can be opened.
+                        return damagedMember(std::string(240, 'n') + memberName(i), lineOfOneBlock(i));
                     }),
     };
 }

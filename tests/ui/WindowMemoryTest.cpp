@@ -5,11 +5,13 @@
 #include "support/HeldMemory.h"
 #include "support/SanitizerBuild.h"
 #include "time/Timezone.h"
+#include "ui/FileWidget.h"
 #include "ui/FrameWindow.h"
 #include "ui/SummaryWidget.h"
 #include "ui/WalkFiles.h"
 
 #include <QSignalSpy>
+#include <QTextEdit>
 #include <QThread>
 #include <QtTest>
 
@@ -33,22 +35,25 @@ private Q_SLOTS:
         qInfo("%lld bytes more after %d cycles", static_cast<long long>(grown), cycles);
         if (!isSanitizerBuild) {
             // Over 10,000 cycles that is less than the smallest object each.
-            QVERIFY2(grown < 64 * 1024, qPrintable(QString::number(grown)));
+            QVERIFY2(grown < qint64{64} * 1024, qPrintable(QString::number(grown)));
         }
         QCOMPARE(window.model()->rowCount(), 0);
         QVERIFY(window.model()->dataSet()->fileNames().empty());
     }
 
 private:
-    // Each cycle adds an archive or a plain file and removes it: some while it loads, some after a plot of it
-    // was opened and closed.
+    // Each cycle adds a file and removes it, an archive, a plain file or one of which there is something to
+    // say: some while it loads, some after a plot of it was opened and closed.
     static void run(FrameWindow &window, const WalkFiles &files, int cycles) {
-        const QStringList paths = files.paths().filter("archive-0") + files.paths().filter("plain-0");
-        QCOMPARE(paths.size(), 2);
+        QStringList paths;
+        for (const char *const name : {"archive-0.ghg", "plain-0.data", "broken.ghg", "no-data.data"}) {
+            paths += files.paths().filter(name);
+        }
+        QCOMPARE(paths.size(), 4);
         QDataSet *dataSet = window.model()->dataSet();
         QSignalSpy loaded(dataSet, SIGNAL(FileLoaded(QString)));
         for (int cycle = 0; cycle < cycles; ++cycle) {
-            const QString &path = paths[cycle % 2];
+            const QString &path = paths[cycle % 4];
             loaded.clear();
             window.frame->AddFiles({path});
             if (cycle % 5 != 4) {
@@ -56,7 +61,7 @@ private:
                     QVERIFY(loaded.wait(60000));
                 }
             }
-            if (cycle % 10 == 0) {
+            if (cycle % 20 < 2) {
                 openAndClosePlot(window);
             }
             QVERIFY(window.model()->RemoveFile(path));
@@ -65,6 +70,15 @@ private:
             }
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        forgetMessages(window);
+    }
+
+    // Messages are kept when their file is gone, up to a bound of their own.
+    static void forgetMessages(FrameWindow &window) {
+        auto *messages = window.frame->findChild<FileWidget *>()->findChild<QTextEdit *>();
+        QVERIFY(messages->toPlainText().contains("broken.ghg"));
+        QVERIFY(messages->toPlainText().contains("no-data.data"));
+        messages->clear();
     }
 
     static void openAndClosePlot(FrameWindow &window) {

@@ -3,12 +3,15 @@
 
 #include "ui/WindowWalk.h"
 
+#include "support/LeakCheck.h"
+#include "support/RunningCase.h"
 #include "time/Timezone.h"
 
 #include <QDir>
 #include <QtTest>
 
 #include <optional>
+#include <string>
 
 namespace {
 
@@ -50,10 +53,14 @@ private Q_SLOTS:
         qInfo("%llu walks, up to %d workers, %d plots, %d exports", isSet ? 1 : count, mostWorkers_, plots_,
               exports_);
         QVERIFY(isSet || (mostWorkers_ >= 10 && plots_ > 0 && exports_ > 0));
+        QVERIFY(!isMemoryLeaked());
     }
 
 private:
     void walk(quint64 seed) {
+        const RunningCase running("FVQA_WALK_SEED=" + std::to_string(seed));
+        // Ahead of the reports of sanitizers that let the program go on.
+        qInfo("%s", running.text().c_str());
         QList<QPointer<PlotDialog>> plots;
         {
             WindowWalk walk(*files_, seed);
