@@ -96,8 +96,13 @@ void QDataSet::OnThreadFinished(QDataSetThread *thread) {
     const bool wasCancelled = thread->isCancelled();
     threads_.removeOne(thread);
     delete thread;
-    if (wasCancelled && !isBeingLoaded(fileName)) {
-        // Nothing more comes for this file: whoever counts unfinished files must not wait for it.
+    if (isBeingLoaded(fileName)) {
+        if (wasCancelled) {
+            overtaken_.insert(fileName);
+        }
+    } else if (overtaken_.remove(fileName) || wasCancelled) {
+        // Nothing more comes for this file: whoever counts unfinished files must not wait for it. What an
+        // outdated worker reported may have come behind the last report of its successor.
         Q_EMIT Progress(fileName, 100, QFileInfo(fileName).size());
     }
     StartNext();

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QObject>
 #include <QReadWriteLock>
+#include <QSet>
 #include <QString>
 
 #include <atomic>
@@ -89,6 +90,7 @@ private:
     DataSet dataSet_;
     std::deque<QString> pending_;
     QList<QDataSetThread *> threads_;
+    QSet<QString> overtaken_;       // files with an outdated worker that ended before their last one
     ParsingThreads parsingThreads_; // for a large file while few others load
     mutable QReadWriteLock lock_{QReadWriteLock::NonRecursive};
 };

@@ -5,6 +5,7 @@
 #include "loading/support/WorkerGate.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QtTest>
 
 #include <algorithm>
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void destructionWhileTenWorkersRunStopsThemTogether();
     void addingAndRemovingOneFileQuicklyLeavesItsDataOnceOrNotAtAll();
     void addingOneFileQuicklyAndOftenLeavesItsDataOnce();
+    void whatAnOutdatedWorkerReportsLastIsNotTheLastReport();
     void aLargeFileThatIsRemovedWhileItLoadsAndAddedAgainIsLoadedWhole();
     void twoThousandFilesAreAddedMergedAndRemoved();
 };
@@ -181,6 +183,33 @@ void QDataSetWorkersTest::addingOneFileQuicklyAndOftenLeavesItsDataOnce() {
     QCOMPARE(recordsOf(scene.set, "QA330"), 50U);
     scene.set.RemoveFile(path);
     QVERIFY(!scene.set.hasVariableKeys());
+}
+
+// The first of two workers begins when the second is done, and its end is heard of first.
+void QDataSetWorkersTest::whatAnOutdatedWorkerReportsLastIsNotTheLastReport() {
+    TempFolder folder;
+    QDataSet set;
+    // Connected before and behind the recorder: holds the first worker before its report is written down, and
+    // the second one behind it.
+    std::atomic<bool> isFirst = true;
+    WorkerGate before(set, [&](const QString &, int) { return isFirst.exchange(false); });
+    SignalRecorder recorder(set);
+    WorkerGate behind(set, [](const QString &, int percent) { return percent == 100; });
+    const QString path = folder.write("a.data", dataText("QA330", start, 50));
+    set.AddFile(path);
+    QVERIFY(before.waitForHeld(1));
+    QDataSetThread *const first = workersOf(set).front();
+    set.AddFile(path);
+    QVERIFY(behind.waitForHeld(1));
+    before.open();
+    QVERIFY(first->wait(QDeadlineTimer(120'000)));
+    behind.open();
+    QVERIFY(SignalRecorder::waitUntil([&set] { return workersOf(set).isEmpty(); }));
+    const QStringList reports = recorder.eventsOf("a.data").filter("Progress");
+    QVERIFY2(reports.contains("Progress a.data 0 " + QString::number(QFileInfo(path).size())),
+             qPrintable(reports.join('\n')));
+    QCOMPARE(reports.back(), "Progress a.data 100 " + QString::number(QFileInfo(path).size()));
+    QCOMPARE(recordsOf(set, "QA330"), 50U);
 }
 
 // Other cores help with a file of this size.
