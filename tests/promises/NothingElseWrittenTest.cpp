@@ -4,6 +4,7 @@
 #include "loading/QDataSet.h"
 #include "plot/PlotDialog.h"
 #include "promises/FolderState.h"
+#include "support/SanitizerBuild.h"
 #include "time/Timezone.h"
 #include "ui/ExportWhatDialog.h"
 #include "ui/FileItemModel.h"
@@ -39,6 +40,11 @@ struct Machine {
         for (const char *name :
              {"HOME", "TMPDIR", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"}) {
             qputenv(name, (root / "home").c_str());
+        }
+        if (isSanitizerBuild) {
+            // The thread sanitizer puts a copy of constants into a file there for a moment.
+            std::filesystem::create_directory(root / "sanitizer");
+            qputenv("TMPDIR", (root / "sanitizer").c_str());
         }
     }
 
