@@ -1,5 +1,8 @@
 #pragma once
 
+#include "plot/PlotControls.h"
+#include "plot/PlotOutput.h"
+#include "plot/PlotView.h"
 #include "plot/TimeSeriesPlot.h"
 #include "time/Timezone.h"
 
@@ -7,16 +10,9 @@
 #include <QPair>
 #include <QVector>
 
-#include <memory>
-
 class PlotZoomer;
 class QAction;
-class QBoxLayout;
 class QDataSet;
-class QLineEdit;
-class QPrintDialog;
-class QPrinter;
-class QPushButton;
 class QToolButton;
 
 // A window that draws variables against time: zoom history, automatic scaling, a range for the left axis,
@@ -60,37 +56,14 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
-    QBoxLayout *makeControls();
-    QToolButton *makeToolButton(const QIcon &icon, const QString &toolTip);
     void makeActions();
     void connectAll();
-
-    void zoomTo(const QRectF &rect);
-    void loadView();
     void updateButtons();
-    void updateHint();
-    void showYRange(const QRectF &rect);
-    void extendZoomBase(bool wasEmpty);
-    bool mayReplace(const QString &path);
-    bool isLoaded(const QString &path) const;
-    void tell(const QString &title, const QString &problem);
 
-    const QDataSet *dataSet_;
-    TimeSeriesPlot *plot_;
+    TimeSeriesPlot *plot_; // these two owned by the window
     PlotZoomer *zoomer_;
-    QToolButton *previousButton_ = nullptr;
-    QToolButton *nextButton_ = nullptr;
-    QToolButton *fullButton_ = nullptr;
-    QToolButton *horizontalButton_ = nullptr;
-    QToolButton *verticalButton_ = nullptr;
-    QPushButton *yRangeButton_ = nullptr;
-    QLineEdit *yMinimumEdit_ = nullptr;
-    QLineEdit *yMaximumEdit_ = nullptr;
-    QPushButton *printButton_ = nullptr;
-    QPushButton *closeButton_ = nullptr;
+    PlotControls controls_;
+    PlotView view_;
+    PlotOutput output_;
     QVector<QPair<QToolButton *, QAction *>> zoomControls_; // button and menu entry of the same
-    bool yRangeIsUsers_ = false;                            // what the edits hold was entered by the user
-    bool viewIsLoaded_ = false;                             // by the last zoom
-    std::unique_ptr<QPrinter> printer_;
-    QPrintDialog *printDialog_ = nullptr;
 };
