@@ -2,8 +2,8 @@
 // their records are read again: all records come, or one line says why not.
 
 #include "data/RecordCursor.h"
-#include "loading/FileLoading.h"
 #include "loading/support/DataText.h"
+#include "loading/support/MergedLoad.h"
 #include "loading/support/TempFolder.h"
 #include "loading/support/ZipWriting.h"
 #include "support/CapturedQtMessages.h"
@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
 #include <set>
@@ -28,27 +27,6 @@ namespace {
 constexpr std::uint32_t start = 1'600'000'000;
 constexpr int records = 60;
 constexpr int recordsOfReplacement = 45;
-
-struct Loaded {
-    LoadReport report;
-    DataSet data;
-
-    std::size_t records() const {
-        std::size_t count = 0;
-        for (const auto &fragment : data.fragments()) {
-            count += fragment->recordCount();
-        }
-        return count;
-    }
-};
-
-Loaded load(const QString &path) {
-    Loaded loaded;
-    DataSet source(path.toStdString());
-    loaded.report = loadFile(path, source, std::atomic<bool>(false), [](int, qint64) {});
-    loaded.data.merge(source);
-    return loaded;
-}
 
 // Three blocks, in an archive in three members.
 std::vector<ZipEntry> membersOf(std::uint32_t first, int count) {
@@ -144,7 +122,7 @@ TEST_P(ChangedWhileRead, AFileThatIsLoadedGivesAllOfOneFileOrAProblem) {
         forEveryRead(
             change, [] {},
             [&](std::size_t number) {
-                const Loaded loaded = load(path());
+                const MergedLoad loaded = mergedLoad(path());
                 const std::size_t found = loaded.records();
                 const std::string problem = loaded.report.problem.toStdString();
                 EXPECT_TRUE(!problem.empty() || found == records ||
@@ -161,12 +139,12 @@ TEST_P(ChangedWhileRead, RecordsThatAreReadAgainAllComeOrOneLineTellsWhyNot) {
     for (const ReadAgain &way : waysToReadAgain) {
         std::size_t lines = 0;
         for (const FileChange &change : fileChanges) {
-            Loaded loaded;
+            MergedLoad loaded;
             std::vector<Point> expected;
             forEveryRead(
                 change,
                 [&] {
-                    loaded = load(path());
+                    loaded = mergedLoad(path());
                     expected = way.points(loaded.data);
                     ASSERT_EQ(expected.size(), std::size_t{records});
                 },
@@ -197,7 +175,7 @@ TEST(ChangedWhileListed, AnArchiveThatIsGoneOnceItsMembersAreListedSaysSo) {
         const CapturedQtMessages messages;
         const FaultyReads faults(path.toStdString(),
                                  {.actsAtRead = number, .action = [&] { QFile::remove(path); }});
-        problems.insert(load(path).report.problem.toStdString());
+        problems.insert(mergedLoad(path).report.problem.toStdString());
         EXPECT_EQ(messages.text(), "");
     }
     EXPECT_EQ(problems, (std::set<std::string>{"The archive is gone or has changed while it was read"}));

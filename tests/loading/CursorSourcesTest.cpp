@@ -17,6 +17,7 @@
 #include <QFileInfo>
 
 #include <atomic>
+#include <functional>
 #include <gtest/gtest.h>
 #include <set>
 #include <sstream>
@@ -140,14 +141,29 @@ std::string manyBlocks(int blocks, std::int64_t step) {
     return text;
 }
 
+// Lets `check` add to `found` in each of at most `most` rounds, whose numbers begin at 1 and whose random
+// numbers they decide. Each must find more than `each` records on the average, so that it was a check at all.
+void checkInRounds(
+    std::size_t most, std::size_t each,
+    const std::function<void(std::uint64_t seed, RandomNumbers &random, std::size_t *found)> &check) {
+    std::size_t found = 0;
+    const std::size_t rounds = scaledDown(most);
+    for (std::uint64_t seed = 1; seed <= rounds; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        RandomNumbers random(seed);
+        check(seed, random, &found);
+        if (testing::Test::HasFatalFailure()) {
+            return;
+        }
+    }
+    EXPECT_GT(found, rounds * each);
+}
+
 } // namespace
 
 TEST(CursorSources, GiveWhatEveryBlockAloneGives) {
     const TempFolder folder;
-    std::size_t found = 0;
-    const std::size_t rounds = scaledDown(40);
-    for (std::uint64_t seed = 1; seed <= rounds; ++seed) {
-        RandomNumbers random(seed);
+    checkInRounds(40, 100, [&folder](std::uint64_t seed, RandomNumbers &random, std::size_t *found) {
         DataSet merged;
         const std::size_t files = 1 + random.below(3);
         for (std::size_t i = 0; i < files; ++i) {
@@ -161,36 +177,30 @@ TEST(CursorSources, GiveWhatEveryBlockAloneGives) {
                 loadInto(merged, folder.write(name + ".data", text));
             }
         }
-        ASSERT_TRUE(sameForAll(merged, random, &found)) << "seed " << seed;
-    }
-    EXPECT_GT(found, rounds * 100);
+        ASSERT_TRUE(sameForAll(merged, random, found));
+    });
 }
 
 TEST(CursorSources, GiveWhatEveryBlockAloneGivesBehindRefills) {
     const TempFolder folder;
-    std::size_t found = 0;
-    const std::size_t rounds = scaledDown(4);
-    for (std::uint64_t seed = 1; seed <= rounds; ++seed) {
-        RandomNumbers random(seed);
+    checkInRounds(4, 500, [&folder](std::uint64_t seed, RandomNumbers &random, std::size_t *found) {
         RandomDataFile::Options options = optionsFor(seed, random);
         options.longestRemark = 20000;
         options.lines = 3000; // about 30 MB
         const std::string text = RandomDataFile(options).text();
         const QString archive = folder.path("a.zip");
         writeZip(archive, cutIntoMembers(text, 2));
-        ASSERT_TRUE(sameForAll(load(archive), random, &found)) << "seed " << seed;
-        ASSERT_TRUE(sameForAll(load(folder.write("a.data", text)), random, &found)) << "seed " << seed;
-    }
-    EXPECT_GT(found, rounds * 500);
+        ASSERT_TRUE(sameForAll(load(archive), random, found));
+        ASSERT_TRUE(sameForAll(load(folder.write("a.data", text)), random, found));
+    });
 }
 
 TEST(CursorSources, GiveWhatEveryBlockAloneGivesOfAFileThatFailsOrWasCutAndSayTheSame) {
     const TempFolder folder;
-    std::size_t found = 0;
     std::size_t failures = 0;
-    const std::size_t rounds = scaledDown(40);
-    for (std::uint64_t seed = 1; seed <= rounds; ++seed) {
-        RandomNumbers random(seed);
+    std::size_t rounds = 0;
+    checkInRounds(40, 100, [&](std::uint64_t seed, RandomNumbers &random, std::size_t *found) {
+        ++rounds;
         const std::string text = RandomDataFile(optionsFor(seed, random)).text();
         for (const bool isArchive : {false, true}) {
             const QString path = folder.path(isArchive ? "a.zip" : "a.data");
@@ -204,18 +214,17 @@ TEST(CursorSources, GiveWhatEveryBlockAloneGivesOfAFileThatFailsOrWasCutAndSayTh
             DataSet merged = load(path);
             {
                 const FaultyReads faults(path.toStdString(), {.failsAt = at});
-                ASSERT_TRUE(sameForAll(merged, random, &found)) << "seed " << seed << " failure at " << at;
+                ASSERT_TRUE(sameForAll(merged, random, found)) << "failure at " << at;
                 // What failed while it was loaded is known.
                 merged = load(path);
-                ASSERT_TRUE(sameForAll(merged, random, &found)) << "seed " << seed << " failure at " << at;
+                ASSERT_TRUE(sameForAll(merged, random, found)) << "failure at " << at;
                 failures += faults.failures();
             }
             merged = load(path);
             ASSERT_TRUE(QFile::resize(path, static_cast<qint64>(at)));
-            ASSERT_TRUE(sameForAll(merged, random, &found)) << "seed " << seed << " cut at " << at;
+            ASSERT_TRUE(sameForAll(merged, random, found)) << "cut at " << at;
         }
-    }
-    EXPECT_GT(found, rounds * 100);
+    });
     EXPECT_GT(failures, rounds);
 }
 

@@ -2,8 +2,8 @@
 // are read again.
 
 #include "data/RecordCursor.h"
-#include "loading/FileLoading.h"
 #include "loading/support/DataText.h"
+#include "loading/support/MergedLoad.h"
 #include "loading/support/TempFolder.h"
 #include "loading/support/ZipWriting.h"
 #include "support/CapturedStandardError.h"
@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
@@ -28,29 +27,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::uint32_t start = 1'600'000'000;
-
-struct Loaded {
-    LoadReport report;
-    DataSet data;
-
-    std::size_t records() const {
-        std::size_t count = 0;
-        for (const auto &fragment : data.fragments()) {
-            count += fragment->recordCount();
-        }
-        return count;
-    }
-};
-
-Loaded load(
-    const QString &path, const std::function<void(int)> &atPercent = [](int) {}) {
-    Loaded loaded;
-    DataSet source(path.toStdString());
-    loaded.report =
-        loadFile(path, source, std::atomic<bool>(false), [&](int percent, qint64) { atPercent(percent); });
-    loaded.data.merge(source);
-    return loaded;
-}
 
 // The number of records whose lines lie whole in the first `length` bytes of a file's text.
 std::size_t recordsWithin(std::string_view text, std::size_t length) {
@@ -113,7 +89,7 @@ TEST_F(FaultyFiles, AReadErrorAtAnyByteIsInTheReportAndTheRecordsBeforeItAreLoad
     const QString path = folder_.write("a.data", text);
     for (std::size_t at = 0; at < text.size(); ++at) {
         const FaultyReads faults(path.toStdString(), {.failsAt = at});
-        const Loaded loaded = load(path);
+        const MergedLoad loaded = mergedLoad(path);
         EXPECT_EQ(loaded.report.problem.toStdString(), failureText(at, text.size()));
         EXPECT_EQ(loaded.records(), recordsWithin(text, at)) << at;
         ASSERT_GT(faults.failures(), 0U);
@@ -125,7 +101,7 @@ TEST_F(FaultyFiles, AFileThatEndsBeforeItsSizeIsInTheReportAndTheRecordsBeforeAr
     const QString path = folder_.write("a.data", text);
     for (std::size_t at = 0; at < text.size(); ++at) {
         const FaultyReads faults(path.toStdString(), {.endsAt = at});
-        const Loaded loaded = load(path);
+        const MergedLoad loaded = mergedLoad(path);
         EXPECT_EQ(loaded.report.problem.toStdString(), "The file ends early, after byte " +
                                                            std::to_string(at) + " of " +
                                                            std::to_string(text.size()));
@@ -141,7 +117,7 @@ TEST_F(FaultyFiles, ADiskThatGivesFewBytesAtATimeGivesAllRecordsAndNoProblem) {
     for (const auto &[path, records] : {std::pair(plain, 50U), std::pair(archive, 60U)}) {
         for (const std::size_t piece : {1U, 7U, 100U}) {
             const FaultyReads faults(path.toStdString(), {.largestPiece = piece});
-            const Loaded loaded = load(path);
+            const MergedLoad loaded = mergedLoad(path);
             EXPECT_EQ(loaded.report.problem, "");
             EXPECT_EQ(loaded.records(), records) << piece;
             expectReadAgain(loaded.data, records, "");
@@ -162,7 +138,7 @@ TEST_F(FaultyFiles, AReadErrorAtAnyByteOfAnArchiveIsInTheReportWheneverRecordsAr
     for (const std::size_t length : {std::size_t{1}, std::size_t{40}, size}) {
         for (std::size_t at = 0; at < size; at += at < size - searched ? 1 : 499) {
             const FaultyReads faults(path.toStdString(), {.failsAt = at, .failsUntil = at + length});
-            const Loaded loaded = load(path);
+            const MergedLoad loaded = mergedLoad(path);
             const std::size_t records = loaded.records();
             EXPECT_LE(records, 70U);
             EXPECT_TRUE(records == 70 || !loaded.report.problem.isEmpty()) << "failure at " << at;
@@ -171,13 +147,13 @@ TEST_F(FaultyFiles, AReadErrorAtAnyByteOfAnArchiveIsInTheReportWheneverRecordsAr
         }
     }
     EXPECT_GT(partly, 500U);
-    EXPECT_EQ(load(path).records(), 70U);
+    EXPECT_EQ(mergedLoad(path).records(), 70U);
 }
 
 TEST_F(FaultyFiles, AReadErrorWhileRecordsAreReadAgainGivesTheRecordsBeforeAndOneLine) {
     const std::string text = dataText("QA330", start, 12) + headerLine() + recordLines(start + 12, 5);
     const QString path = folder_.write("a.data", text);
-    const Loaded loaded = load(path);
+    const MergedLoad loaded = mergedLoad(path);
     ASSERT_EQ(loaded.records(), 17U);
     for (std::size_t at = 0; at < text.size(); ++at) {
         const FaultyReads faults(path.toStdString(), {.failsAt = at});
@@ -199,7 +175,7 @@ TEST_F(FaultyFiles, AReadErrorWhileRecordsAreReadAgainGivesTheRecordsBeforeAndOn
 TEST_F(FaultyFiles, AnArchiveThatFailsWhileRecordsAreReadAgainGivesOneLineThatNamesTheMember) {
     const QString path = folder_.path("a.ghg");
     writeZip(path, {{"1.data", dataText("QA330", start, 40)}, {"2.data", recordLines(start + 40, 30)}});
-    const Loaded loaded = load(path);
+    const MergedLoad loaded = mergedLoad(path);
     ASSERT_EQ(loaded.records(), 70U);
     const auto size = static_cast<std::size_t>(QFileInfo(path).size());
     for (std::size_t at = 0; at < size; ++at) {
@@ -224,7 +200,7 @@ TEST_F(FaultyFiles, WhatWasWrongWhenAFileWasLoadedIsNotSaidAtEachPlot) {
     const QString archive = folder_.write("a.ghg", rawZip({{"1.data", text, text.size(), crcOf(text) ^ 1U}}));
     const FaultyReads faults(plain.toStdString(), {.failsAt = 100});
     for (const QString &path : {plain, archive}) {
-        const Loaded loaded = load(path);
+        const MergedLoad loaded = mergedLoad(path);
         EXPECT_NE(loaded.report.problem, "");
         ASSERT_GT(loaded.records(), 0U);
         expectReadAgain(loaded.data, loaded.records(), "");
@@ -240,7 +216,7 @@ TEST_F(FaultyFiles, AFileThatIsGoneGivesOneLineForAllItsBlocks) {
     const QString archive = folder_.path("a.ghg");
     writeZip(archive, {{"1.data", text}, {"2.data", text}});
     for (const QString &gone : {path, archive}) {
-        const Loaded loaded = load(gone);
+        const MergedLoad loaded = mergedLoad(gone);
         ASSERT_GE(loaded.data.fragments().size(), 20U);
         ASSERT_TRUE(QFile::remove(gone));
         expectReadAgain(loaded.data, 0, gone.toStdString() + ": The file is gone or no regular file\n");
@@ -250,7 +226,7 @@ TEST_F(FaultyFiles, AFileThatIsGoneGivesOneLineForAllItsBlocks) {
 TEST_F(FaultyFiles, AFileThatWasCutShortGivesWhatIsLeftAndOneLineForAllItsBlocks) {
     const std::string text = dataText("QA330", start, 10) + headerLine() + recordLines(start + 10, 10);
     const QString path = folder_.write("a.data", text);
-    const Loaded loaded = load(path);
+    const MergedLoad loaded = mergedLoad(path);
     ASSERT_EQ(loaded.records(), 20U);
     for (const std::size_t size : {text.size() - 1, text.size() / 2, std::size_t{60}, std::size_t{0}}) {
         ASSERT_TRUE(QFile::resize(path, static_cast<qint64>(size)));
@@ -263,8 +239,8 @@ TEST_F(FaultyFiles, AFileThatWasCutShortGivesWhatIsLeftAndOneLineForAllItsBlocks
 
 TEST_F(FaultyFiles, AFileThatWasReplacedSaysSoAndOnlyItsOwn) {
     const QString path = folder_.write("a.data", dataText("QA330", start, 10));
-    Loaded loaded = load(path);
-    loaded.data.merge(load(folder_.write("b.data", dataText("QA330", start + 100, 4))).data);
+    MergedLoad loaded = mergedLoad(path);
+    loaded.data.merge(mergedLoad(folder_.write("b.data", dataText("QA330", start + 100, 4))).data);
     fs::rename(folder_.write("new", dataText("QA330", start, 300)).toStdString(), path.toStdString());
     for (const ReadAgain &way : waysToReadAgain) {
         const CapturedStandardError errors;
@@ -273,7 +249,7 @@ TEST_F(FaultyFiles, AFileThatWasReplacedSaysSoAndOnlyItsOwn) {
             << errors.text();
         EXPECT_EQ(errors.text().find("b.data"), std::string::npos) << errors.text();
     }
-    Loaded again = load(path);
+    MergedLoad again = mergedLoad(path);
     EXPECT_EQ(again.records(), 300U);
     expectReadAgain(again.data, 300, "");
 }
@@ -281,7 +257,7 @@ TEST_F(FaultyFiles, AFileThatWasReplacedSaysSoAndOnlyItsOwn) {
 TEST_F(FaultyFiles, AnArchiveThatWasReplacedByRubbishSaysSo) {
     const QString path = folder_.path("a.ghg");
     writeZip(path, {{"1.data", dataText("QA330", start, 40)}});
-    const Loaded loaded = load(path);
+    const MergedLoad loaded = mergedLoad(path);
     folder_.write("a.ghg", std::string(5000, 'x'));
     for (const ReadAgain &way : waysToReadAgain) {
         const CapturedStandardError errors;
@@ -295,7 +271,7 @@ TEST_F(FaultyFiles, AnArchiveThatWasReplacedByRubbishSaysSo) {
 TEST_F(FaultyFiles, AFileThatIsStillBeingWrittenIsReadAgainAsItWasLoadedWithoutALine) {
     const std::string text = dataText("QA330", start, 10);
     const QString path = folder_.write("a.data", text);
-    const Loaded loaded = load(path);
+    const MergedLoad loaded = mergedLoad(path);
     folder_.write("a.data", text + recordLines(start + 10, 5) + "DATA\t16000");
     expectReadAgain(loaded.data, 10, "");
 }
@@ -305,7 +281,7 @@ TEST_F(FaultyFiles, AFileThatIsCutShortWhileItIsLoadedIsInTheReport) {
     const QString path = folder_.write("a.data", text);
     const auto cut = static_cast<qint64>(ChunkLineReader::readSize + 1000);
     ASSERT_GT(static_cast<qint64>(text.size()), cut);
-    const Loaded loaded = load(path, [&](int percent) {
+    const MergedLoad loaded = mergedLoad(path, [&](int percent) {
         if (percent == 1) {
             EXPECT_TRUE(QFile::resize(path, cut));
         }
@@ -320,7 +296,7 @@ TEST_F(FaultyFiles, AFileThatIsDeletedOrReplacedWhileItIsLoadedIsLoadedWholeAndS
     const std::string text = dataText("QA330", start, manyRecords);
     for (const bool isReplaced : {false, true}) {
         const QString path = folder_.write("a.data", text);
-        const Loaded loaded = load(path, [&](int percent) {
+        const MergedLoad loaded = mergedLoad(path, [&](int percent) {
             if (percent == 1) {
                 EXPECT_TRUE(QFile::remove(path));
                 if (isReplaced) {

@@ -1,4 +1,4 @@
-#include "plot/PlotWindow.h"
+#include "plot/PlotWindowTest.h"
 
 #include <QClipboard>
 #include <QSignalSpy>
@@ -10,21 +10,14 @@ const double start = plotStart;
 } // namespace
 
 // The window's keys, and how it closes.
-class PlotDialogKeysTest : public QObject {
+class PlotDialogKeysTest : public PlotWindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        data_.emplace();
-        data_->add(shortBlock());
-    }
     void init() {
-        window_.emplace(*data_, "GA:DATA:X");
-        QVERIFY(window_->show());
-        window_->dialog().activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&window_->dialog()));
+        PlotWindowTest::init();
+        QVERIFY(window_->showActive());
     }
-    void cleanup() { window_.reset(); }
 
     void altLeftAndAltRightWalkTheHistory() {
         window_->zoom(start, start + 50, 0, 50);
@@ -153,9 +146,6 @@ private:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(window_->pointer().isNull());
     }
-
-    std::optional<PlotData> data_;
-    std::optional<PlotWindow> window_;
 };
 
 QTEST_MAIN(PlotDialogKeysTest)

@@ -1,5 +1,5 @@
 #include "plot/PlotPixels.h"
-#include "plot/PlotWindow.h"
+#include "plot/PlotWindowTest.h"
 
 #include <QSignalSpy>
 
@@ -12,20 +12,15 @@ const char *const selectors[] = {"", "max", "min"};
 
 } // namespace
 
-class PlotDialogLegendTest : public QObject {
+class PlotDialogLegendTest : public PlotWindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        data_.emplace();
-        data_->add(shortBlock());
-    }
     void init() {
-        window_.emplace(*data_, QString::fromStdString(rising));
+        PlotWindowTest::init();
         QVERIFY(window_->drop(QString::fromStdString(falling)));
         QCOMPARE(window_->stack(), (QVector<QRectF>{all_}));
     }
-    void cleanup() { window_.reset(); }
 
     void everyCurveHasACheckedEntryWithItsText() {
         QStringList texts;
@@ -145,8 +140,6 @@ private:
     }
 
     const QRectF all_{start, 0, 99, 500};
-    std::optional<PlotData> data_;
-    std::optional<PlotWindow> window_;
 };
 
 QTEST_MAIN(PlotDialogLegendTest)

@@ -1,4 +1,4 @@
-#include "plot/PlotWindow.h"
+#include "plot/PlotWindowTest.h"
 
 #include <QMenu>
 #include <QSignalSpy>
@@ -14,19 +14,14 @@ QMenu *openMenu() {
 } // namespace
 
 // The window under a real mouse.
-class PlotDialogMouseTest : public QObject {
+class PlotDialogMouseTest : public PlotWindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        data_.emplace();
-        data_->add(shortBlock());
-    }
     void init() {
-        window_.emplace(*data_, "GA:DATA:X");
+        PlotWindowTest::init();
         QVERIFY(window_->show());
     }
-    void cleanup() { window_.reset(); }
 
     void aDragOnTheCanvasZoomsToItsRectangle() {
         const QRectF base = window_->stack().first();
@@ -202,8 +197,6 @@ private:
     }
 
     QStringList menuTexts_;
-    std::optional<PlotData> data_;
-    std::optional<PlotWindow> window_;
 };
 
 QTEST_MAIN(PlotDialogMouseTest)

@@ -1,4 +1,4 @@
-#include "plot/PlotWindow.h"
+#include "plot/PlotWindowTest.h"
 
 #include <QSignalSpy>
 
@@ -9,19 +9,14 @@ const double start = plotStart;
 } // namespace
 
 // The range of the left axis that is entered by hand. Runs in two locales.
-class PlotDialogYRangeTest : public QObject {
+class PlotDialogYRangeTest : public PlotWindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        data_.emplace();
-        data_->add(shortBlock());
-    }
     void init() {
-        window_.emplace(*data_, "GA:DATA:X");
+        PlotWindowTest::init();
         base_ = window_->stack().first();
     }
-    void cleanup() { window_.reset(); }
 
     void anEnteredRangeIsZoomedToWithTheTimesThatAreShown() {
         window_->zoom(start + 10, start + 20, 0, 50);
@@ -197,8 +192,6 @@ private Q_SLOTS:
     }
 
 private:
-    std::optional<PlotData> data_;
-    std::optional<PlotWindow> window_;
     QRectF base_;
 };
 

@@ -1,4 +1,4 @@
-#include "plot/PlotWindow.h"
+#include "plot/PlotWindowTest.h"
 
 #include <QSignalSpy>
 
@@ -9,22 +9,15 @@ const double start = plotStart;
 } // namespace
 
 // A range of time chosen by keys. The view spans 99 seconds.
-class PlotKeyRangeTest : public QObject {
+class PlotKeyRangeTest : public PlotWindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        data_.emplace();
-        data_->add(shortBlock());
-    }
     void init() {
-        window_.emplace(*data_, "GA:DATA:X");
-        QVERIFY(window_->show());
-        window_->dialog().activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&window_->dialog()));
+        PlotWindowTest::init();
+        QVERIFY(window_->showActive());
         window_->canvas().setFocus();
     }
-    void cleanup() { window_.reset(); }
 
     void returnAtBothEndsShowsTheTimeBetweenThemAndLeavesTheValues() {
         const QRectF base = window_->stack().first();
@@ -206,9 +199,6 @@ private:
         }
         return found;
     }
-
-    std::optional<PlotData> data_;
-    std::optional<PlotWindow> window_;
 };
 
 QTEST_MAIN(PlotKeyRangeTest)

@@ -28,6 +28,12 @@ public:
         dialog_->show();
         return QTest::qWaitForWindowExposed(dialog_);
     }
+    // So that keys come to it.
+    bool showActive() {
+        const bool isShown = show();
+        dialog_->activateWindow();
+        return isShown && QTest::qWaitForWindowActive(dialog_);
+    }
 
     PlotDialog &dialog() const { return *dialog_; }
     const QPointer<PlotDialog> &pointer() const { return dialog_; }
