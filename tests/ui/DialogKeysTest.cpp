@@ -1,13 +1,10 @@
 // F1, Ctrl+W and Ctrl+Q in the dialogs, which the keys of the windows behind them do not reach.
 
-#include "time/Timezone.h"
-#include "ui/DataFiles.h"
 #include "ui/KeyboardScene.h"
 #include "ui/ModalDialogs.h"
 
 #include <QDesktopServices>
 #include <QScopeGuard>
-#include <QSettings>
 
 class DialogKeysTest : public QObject {
     Q_OBJECT
@@ -17,10 +14,7 @@ public Q_SLOTS:
 
 private Q_SLOTS:
     void initTestCase() {
-        zoneDirectory = FVQA_ZONEINFO_DIR;
-        QVERIFY(settings_.isValid());
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings_.path());
-        file_ = QFile::encodeName(files_.writeData("1.data", "QA330", "CH4\tTEMP", 5));
+        QVERIFY(files_.setUp());
         files_.write("viewer.pdf", "%PDF");
         program_ = QFile::encodeName(files_.path("viewer"));
         QDesktopServices::setUrlHandler("file", this, "noteHelp");
@@ -43,7 +37,7 @@ private Q_SLOTS:
         QFETCH(bool, isOfPlot);
         QFETCH(Qt::Key, opening);
         QFETCH(Qt::Key, leaving);
-        const Scene scene({file_}, program_);
+        const Scene scene({files_.file()}, program_);
         QVERIFY(scene.isLoaded());
         QWidget *from = scene.window.get();
         if (isOfPlot) {
@@ -77,7 +71,7 @@ private Q_SLOTS:
     }
     void aDialogOfADialogHasThemToo() {
         QFETCH(Qt::Key, leaving);
-        const Scene scene({file_}, program_);
+        const Scene scene({files_.file()}, program_);
         QVERIFY(scene.isLoaded());
         QVERIFY(isActive(scene.window.get()));
         helps_ = 0;
@@ -110,9 +104,7 @@ private Q_SLOTS:
 
 private:
     int helps_ = 0;
-    const QTemporaryDir settings_;
-    const DataFiles files_{};
-    QByteArray file_;
+    SceneFiles files_;
     QByteArray program_;
 };
 

@@ -1,14 +1,21 @@
 #pragma once
 
 #include "plot/PlotDialog.h"
+#include "time/Timezone.h"
+#include "ui/DataFiles.h"
 #include "ui/FileItemModel.h"
 #include "ui/FileWidget.h"
+#include "ui/ModalDialogs.h"
 #include "ui/MyMainWindow.h"
 #include "ui/SummaryTableWidget.h"
 
 #include <QAccessible>
+#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QtTest>
 
 // A key goes to the widget that has the focus, as on a real keyboard.
@@ -58,6 +65,49 @@ inline QStringList tabOrder(QWidget *first) {
     } while (QApplication::focusWidget() != first && names.size() < 60);
     return names;
 }
+
+// By keys, in a plot that has the focus.
+inline void chooseTheFirstTenthOfTheTime() {
+    press(Qt::Key_Home);
+    press(Qt::Key_Return);
+    press(Qt::Key_Right, Qt::ControlModifier);
+    press(Qt::Key_Return);
+}
+
+// By keys, from a main window that is active: what the dialog proposes, into another file.
+inline void exportTo(const QString &path) {
+    QObject context;
+    onNextDialog(&context, [path](QDialog *dialog) {
+        const auto guard = qScopeGuard([dialog] { leave(dialog); });
+        QVERIFY(isActive(dialog));
+        QVERIFY(tabTo(dialog->findChild<QLineEdit *>()));
+        press(Qt::Key_A, Qt::ControlModifier);
+        typeText(path);
+        press(Qt::Key_Return);
+    });
+    press(Qt::Key_E, Qt::ControlModifier);
+}
+
+// The files of a test program: one to load, and settings that are not the user's.
+class SceneFiles : public DataFiles {
+public:
+    // To be called before the first scene; false when there is no place for the settings.
+    bool setUp() {
+        if (!settings_.isValid()) {
+            return false;
+        }
+        zoneDirectory = FVQA_ZONEINFO_DIR;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings_.path());
+        file_ = QFile::encodeName(writeData("1.data", "QA330", "CH4\tTEMP", 5));
+        return true;
+    }
+    // As the command line names it: five records of two variables.
+    const QByteArray &file() const { return file_; }
+
+private:
+    const QTemporaryDir settings_;
+    QByteArray file_;
+};
 
 // The whole program, its main window shown.
 struct Scene {

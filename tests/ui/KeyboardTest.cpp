@@ -1,20 +1,14 @@
 // The whole program worked without a mouse, and what its keys leave alone.
 
-#include "loading/QDataSet.h"
 #include "plot/PlotZoomer.h"
 #include "plot/QwtCurve.h"
-#include "time/Timezone.h"
-#include "ui/DataFiles.h"
-#include "ui/ExportProgressDialog.h"
 #include "ui/ExportWhatDialog.h"
 #include "ui/FileItemView.h"
 #include "ui/KeyboardScene.h"
 #include "ui/ModalDialogs.h"
 
-#include <QComboBox>
 #include <QLineEdit>
 #include <QScopeGuard>
-#include <QSettings>
 #include <QTabBar>
 #include <QTextEdit>
 #include <QtTest>
@@ -24,18 +18,13 @@ class KeyboardTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() {
-        zoneDirectory = FVQA_ZONEINFO_DIR;
-        QVERIFY(settings_.isValid());
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings_.path());
-        file_ = QFile::encodeName(files_.writeData("1.data", "QA330", "CH4\tTEMP", 5));
-    }
+    void initTestCase() { QVERIFY(files_.setUp()); }
 
     // From a file on the disk over its plot to an export.
     void theWholeProgramIsWorkedByKeysAlone() {
         const Scene scene;
         QVERIFY(isActive(scene.window.get()));
-        open(QFile::decodeName(file_));
+        open(QFile::decodeName(files_.file()));
         QCOMPARE(scene.rows(), 1);
         QVERIFY(scene.isLoaded());
 
@@ -68,75 +57,8 @@ private Q_SLOTS:
         QTRY_VERIFY(!scene.window->isVisible());
     }
 
-    void tabWalksTheMainWindowFromTheListOverThePageToTheButtons() {
-        const Scene scene({file_});
-        QVERIFY(scene.isLoaded());
-        QVERIFY(scene.showVariables());
-        QCOMPARE(tabOrder(scene.the<FileItemView>()),
-                 (QStringList{"Files", "Variables", "Variables", "Add a file", "Remove a file", "Export...",
-                              "Help...", "Close"}));
-    }
-
-    // In the middle of the history of views, where every button can be used.
-    void tabWalksAPlotFromItsLegendOverTheCurvesToTheButtons() {
-        const Scene scene({file_});
-        const QPointer<PlotDialog> plot = scene.openPlot();
-        QVERIFY(plot);
-        chooseTheFirstTenthOfTheTime();
-        chooseTheFirstTenthOfTheTime();
-        press(Qt::Key_Minus);
-        press(Qt::Key_Tab);
-        QCOMPARE(tabOrder(QApplication::focusWidget()),
-                 (QStringList{"QA330:DATA:CH4", "MAX QA330:DATA:CH4", "MIN QA330:DATA:CH4",
-                              "Curves against time", "Go to previous zoom level", "Go to next zoom level",
-                              "Auto scale to view entire data set", "Auto scale horizontally",
-                              "Auto scale vertically", "Ymin Ymax", "Lowest value of the left axis",
-                              "Highest value of the left axis", "Print...", "Close"}));
-    }
-
-    void tabWalksTheLegendEntriesOfAVariableThatIsAddedAfterTheFirstOnes() {
-        const Scene scene({file_});
-        const QPointer<PlotDialog> plot = scene.openPlot();
-        QVERIFY(plot);
-        plot->addVariable("QA330:DATA:AAA", TimeSeriesPlot::Side::left); // which sorts before the first one
-        press(Qt::Key_Tab);
-        QCOMPARE(tabOrder(QApplication::focusWidget()).mid(0, 7),
-                 (QStringList{"QA330:DATA:CH4", "MAX QA330:DATA:CH4", "MIN QA330:DATA:CH4", "QA330:DATA:AAA",
-                              "MAX QA330:DATA:AAA", "MIN QA330:DATA:AAA", "Curves against time"}));
-    }
-
-    void tabWalksTheExportDialogFromTheTopDown_data() {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QStringList>("timeColumns");
-        QTest::newRow("TOB1") << "TOB1" << QStringList();
-        QTest::newRow("text") << "Text" << QStringList{"Seconds", "Nanoseconds", "Date",
-                                                       "Time",    "Timestamp",   "Timestamp with UTC offset"};
-    }
-    void tabWalksTheExportDialogFromTheTopDown() {
-        QFETCH(QString, type);
-        QFETCH(QStringList, timeColumns);
-        const Scene scene({file_});
-        QVERIFY(scene.isLoaded());
-        QVERIFY(isActive(scene.window.get()));
-        QStringList names;
-        onNextDialog(scene.window.get(), [&names, &type](QDialog *dialog) {
-            const auto guard = qScopeGuard([dialog] { leave(dialog); });
-            QVERIFY(isActive(dialog));
-            auto *types = dialog->findChild<QComboBox *>();
-            QVERIFY(tabTo(types));
-            for (int i = 0; i < types->count() && !types->currentText().startsWith(type); ++i) {
-                press(Qt::Key_Down);
-            }
-            QVERIFY2(types->currentText().startsWith(type), qPrintable(types->currentText()));
-            names = tabOrder(dialog->findChild<QListView *>());
-        });
-        press(Qt::Key_E, Qt::ControlModifier);
-        QCOMPARE(names, QStringList({"Data to export", "File Name", "Browse...", "File Type", "File Split"}) +
-                            timeColumns + QStringList({"Cancel", "Export"}));
-    }
-
     void shiftAndCtrlWithReturnAddAVariableToThePlotThatWasActiveLast() {
-        const Scene scene({file_});
+        const Scene scene({files_.file()});
         const QPointer<PlotDialog> first = scene.openPlot();
         QVERIFY(first);
         QVERIFY(scene.showVariables());
@@ -163,7 +85,7 @@ private Q_SLOTS:
     }
 
     void theyOpenAPlotWhileNoneIsOpen() {
-        const Scene scene({file_});
+        const Scene scene({files_.file()});
         QVERIFY(scene.showVariables());
         for (const Qt::KeyboardModifier modifier : {Qt::ShiftModifier, Qt::ControlModifier}) {
             press(Qt::Key_Return, modifier);
@@ -176,7 +98,7 @@ private Q_SLOTS:
     }
 
     void deleteRemovesTheSelectedFilesOnlyInTheList() {
-        const Scene scene({file_});
+        const Scene scene({files_.file()});
         QVERIFY(scene.isLoaded());
         scene.the<FileItemView>()->selectAll();
         QVERIFY(scene.showVariables());
@@ -188,7 +110,7 @@ private Q_SLOTS:
     }
 
     void deleteInAnEditDeletesItsText() {
-        const Scene scene({file_});
+        const Scene scene({files_.file()});
         scene.the<FileItemView>()->selectAll();
         const QPointer<PlotDialog> plot = scene.openPlot();
         QVERIFY(plot);
@@ -206,7 +128,7 @@ private Q_SLOTS:
 
     void returnOnAnEmptyCellPlotsNothing() {
         const QByteArray other = QFile::encodeName(files_.writeData("2.data", "QA340", "CO2"));
-        const Scene scene({file_, other});
+        const Scene scene({files_.file(), other});
         auto *table = scene.the<SummaryTableWidget>();
         QTRY_COMPARE(table->columnCount(), 2);
         QVERIFY(scene.showVariables());
@@ -221,7 +143,7 @@ private Q_SLOTS:
     }
 
     void aReturnKeyHeldDownOpensOnePlot() {
-        const Scene scene({file_});
+        const Scene scene({files_.file()});
         QVERIFY(scene.showVariables());
         press(Qt::Key_Return);
         for (int i = 0; i < 3; ++i) {
@@ -229,66 +151,6 @@ private Q_SLOTS:
             QCoreApplication::sendEvent(scene.the<SummaryTableWidget>(), &repeated);
         }
         QCOMPARE(scene.window->findChildren<PlotDialog *>().size(), 1);
-    }
-
-    void ctrlWClosesTheMainWindowAsItsCloseButtonDoes() {
-        const Scene scene({file_});
-        scene.the<MyFrame>()->setTimeColumns(7);
-        QVERIFY(isActive(scene.window.get()));
-        press(Qt::Key_W, Qt::ControlModifier);
-        QTRY_VERIFY(!scene.window->isVisible());
-        QCOMPARE(QSettings("Ombrix", "fvqa300").value("timecols").toUInt(), 7U);
-    }
-
-    void ctrlWInAPlotLeavesTheMainWindowOpen() {
-        const Scene scene({file_});
-        const QPointer<PlotDialog> plot = scene.openPlot();
-        QVERIFY(plot);
-        press(Qt::Key_W, Qt::ControlModifier);
-        QTRY_VERIFY(plot.isNull());
-        QVERIFY(scene.window->isVisible());
-    }
-
-    void ctrlQInAPlotEndsTheProgram() {
-        const Scene scene({file_});
-        QVERIFY(scene.openPlot());
-        constexpr int tooLong = 20000; // ms
-        QTimer rescue;
-        rescue.setSingleShot(true);
-        connect(&rescue, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
-        rescue.start(tooLong);
-        QTimer::singleShot(0, scene.window.get(), [] { press(Qt::Key_Q, Qt::ControlModifier); });
-        QCOMPARE(QApplication::exec(), 0);
-        QVERIFY(!scene.window->isVisible());
-    }
-
-    void ctrlQWhileAnExportRunsEndsItAndThenTheProgram() {
-        constexpr int manyRecords = 20000;
-        const QByteArray large =
-            QFile::encodeName(files_.writeData("large.data", "QA340", "CO2", manyRecords));
-        const Scene scene({large});
-        QVERIFY(scene.isLoaded());
-        const QString target = files_.path("cut-short.txt");
-        bool isAsked = false;
-        QTimer watch;
-        connect(&watch, &QTimer::timeout, &watch, [&] {
-            auto *progress = scene.the<ExportProgressDialog>();
-            if (!isAsked && progress != nullptr && QFileInfo(target).size() > 0) {
-                isAsked = true;
-                progress->show();
-                QVERIFY(isActive(progress));
-                press(Qt::Key_Q, Qt::ControlModifier);
-            }
-        });
-        watch.start(0);
-        QVERIFY(isActive(scene.window.get()));
-        exportTo(target);
-        QVERIFY(isAsked);
-        QFile file(target);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const int lines = file.readAll().count('\n');
-        QVERIFY2(lines > 1 && lines < manyRecords, qPrintable(QString::number(lines)));
-        QTRY_VERIFY(!scene.window->isVisible());
     }
 
     void ctrlEWithoutFilesAsksNothing() {
@@ -328,13 +190,6 @@ private:
         press(Qt::Key_O, Qt::ControlModifier);
     }
 
-    static void chooseTheFirstTenthOfTheTime() {
-        press(Qt::Key_Home);
-        press(Qt::Key_Return);
-        press(Qt::Key_Right, Qt::ControlModifier);
-        press(Qt::Key_Return);
-    }
-
     // "VARIABLE left" or "VARIABLE right" of each variable.
     static QStringList axesOf(const PlotDialog &plot) {
         QStringList axes;
@@ -372,22 +227,7 @@ private:
         QVERIFY(qAbs(zoomer.zoomRect().width() - base.width() / 10) < 1e-6);
     }
 
-    static void exportTo(const QString &path) {
-        QObject context;
-        onNextDialog(&context, [path](QDialog *dialog) {
-            const auto guard = qScopeGuard([dialog] { leave(dialog); });
-            QVERIFY(isActive(dialog));
-            QVERIFY(tabTo(dialog->findChild<QLineEdit *>()));
-            press(Qt::Key_A, Qt::ControlModifier);
-            typeText(path);
-            press(Qt::Key_Return);
-        });
-        press(Qt::Key_E, Qt::ControlModifier);
-    }
-
-    const QTemporaryDir settings_;
-    const DataFiles files_{};
-    QByteArray file_;
+    SceneFiles files_;
 };
 
 QTEST_MAIN(KeyboardTest)

@@ -7,16 +7,14 @@
 #include "ui/ExportWhatDialog.h"
 #include "ui/FileItemModel.h"
 #include "ui/FileItemView.h"
-#include "ui/FileLoadProgressWidget.h"
 #include "ui/ModalDialogs.h"
 #include "ui/SummaryTableWidget.h"
+#include "ui/WalkProblems.h"
 
 #include <QComboBox>
 #include <QDropEvent>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMimeData>
-#include <QProgressBar>
 #include <QThread>
 #include <QToolButton>
 #include <QtTest>
@@ -26,18 +24,6 @@
 
 namespace {
 
-std::set<std::string> keysOf(const SummaryTableWidget &table) {
-    std::set<std::string> keys;
-    for (int row = 0; row < table.rowCount(); ++row) {
-        for (int column = 0; column < table.columnCount(); ++column) {
-            if (const auto *item = table.item(row, column)) {
-                keys.insert(item->data(Qt::UserRole).toString().toStdString());
-            }
-        }
-    }
-    return keys;
-}
-
 qint64 recordsOf(const QDataSet &dataSet, const std::string &group) {
     const auto colon = group.find(':');
     qint64 records = 0;
@@ -45,11 +31,6 @@ qint64 recordsOf(const QDataSet &dataSet, const std::string &group) {
         records += fragment->recordCount();
     }
     return records;
-}
-
-QByteArray contentOf(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace
@@ -287,7 +268,13 @@ void WindowWalk::exportSome() {
         exportProblem_ = "no export dialog came";
         return;
     }
-    checkExport(target, ending, records);
+    const bool mayBeCut = ending == Ending::cancel || ending == Ending::close;
+    const ExportEnd end = ending == Ending::reject ? ExportEnd::rejected
+                          : mayBeCut               ? ExportEnd::cut
+                                                   : ExportEnd::whole;
+    const QString found = exportProblem(target, end, records);
+    exportProblem_ = found.isEmpty() ? exportProblem_ : found;
+    QFile::remove(target);
 }
 
 void WindowWalk::disturb(Ending ending) {
@@ -307,61 +294,11 @@ void WindowWalk::disturb(Ending ending) {
     }
 }
 
-// A cancelled export leaves what it has written: the header line, then whole records.
-void WindowWalk::checkExport(const QString &target, Ending ending, const std::set<qint64> &records) {
-    const QByteArray content = contentOf(target);
-    const qint64 lines = content.count('\n');
-    const bool mayBeCut = ending == Ending::cancel || ending == Ending::close;
-    if (ending == Ending::reject) {
-        exportProblem_ = content.isNull() ? "" : "a rejected dialog has written a file";
-    } else if (!content.isEmpty() && !content.endsWith('\n')) {
-        exportProblem_ = "an export ends within a line";
-    } else if (lines > *records.rbegin() + 1 || (!mayBeCut && !records.contains(lines - 1))) {
-        exportProblem_ = QString("an export of %1 records has %2 lines").arg(*records.rbegin()).arg(lines);
-    }
-    QFile::remove(target);
-}
-
 QString WindowWalk::problem() const {
-    for (const QString &found : {exportProblem_, rowProblem(), dataProblem(), plotProblem()}) {
+    for (const QString &found : {exportProblem_, rowProblem(*model_, rows_),
+                                 dataProblem(*dataSet_, files_, loaded_), plotProblem(*window_, plots_)}) {
         if (!found.isEmpty()) {
             return found;
-        }
-    }
-    return "";
-}
-
-QString WindowWalk::rowProblem() const {
-    return model_->paths() == rows_ ? "" : "the list of files shows " + model_->paths().join(", ");
-}
-
-// The data are those of the files whose loading was reported, and of no other.
-QString WindowWalk::dataProblem() const {
-    std::set<std::string> names;
-    std::set<std::string> keys;
-    for (const QString &path : loaded_) {
-        const std::set<std::string> &own = files_.variablesOf(path);
-        keys.insert(own.begin(), own.end());
-        if (!own.empty()) {
-            names.insert(path.toStdString());
-        }
-    }
-    if (dataSet_->fileNames() != names) {
-        return "the data are of other files than were loaded";
-    }
-    return dataSet_->variableKeys() == keys ? "" : "the variables are others than those of the files";
-}
-
-QString WindowWalk::plotProblem() const {
-    QList<PlotDialog *> known;
-    for (const QPointer<PlotDialog> &plot : plots_) {
-        if (plot) {
-            known += plot;
-        }
-    }
-    for (PlotDialog *plot : window_->findChildren<PlotDialog *>()) {
-        if (!known.contains(plot)) {
-            return "a plot window that nobody opened";
         }
     }
     return "";
@@ -371,22 +308,12 @@ bool WindowWalk::isIdle() const {
     return dataSet_->findChildren<QThread *>().isEmpty();
 }
 
-QString WindowWalk::tableProblem() const {
-    return keysOf(*window_->findChild<SummaryTableWidget *>()) == dataSet_->variableKeys()
-               ? ""
-               : "the table shows other variables than there are";
-}
-
 QString WindowWalk::idleProblem() const {
-    for (const QString &path : rows_) {
-        if (path != files_.missing() && loaded_.count(path) == 0) {
-            return path + " is in the list but was not loaded";
+    for (const QString &found : {loadProblem(rows_, files_, loaded_), progressProblem(*window_),
+                                 tableProblem(*window_, *dataSet_)}) {
+        if (!found.isEmpty()) {
+            return found;
         }
     }
-    const auto *progress = window_->findChild<FileLoadProgressWidget *>();
-    const QString bar = progress->findChild<QProgressBar *>()->format();
-    if (!bar.startsWith("0 Files Remaining")) {
-        return "the progress bar shows " + bar;
-    }
-    return tableProblem();
+    return "";
 }

@@ -13,7 +13,6 @@
 #include <memory>
 #include <set>
 
-class ExportWhatDialog;
 class FileItemModel;
 class QDataSet;
 
@@ -54,16 +53,9 @@ private:
     void zoomSomePlot();
     void closeSomePlot();
     void exportSome();
-    void workDialog(ExportWhatDialog *dialog, const QString &target, Ending ending);
     void disturb(Ending ending);
     void removeRows(const std::set<int> &rows);
     PlotDialog *somePlot();
-
-    QString rowProblem() const;
-    QString dataProblem() const;
-    QString tableProblem() const;
-    QString plotProblem() const;
-    void checkExport(const QString &target, Ending ending, const std::set<qint64> &records);
 
     const WalkFiles &files_;
     RandomNumbers random_;
