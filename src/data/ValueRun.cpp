@@ -12,8 +12,22 @@ namespace {
 constexpr std::ptrdiff_t bytesBeforeEnds = 8; // that the kernels read
 constexpr std::uint32_t worthWhile = 6;       // fewer numbers are read faster one by one
 
+// A digit alone in its field, as counters and empty words have it.
+bool readDigit(TextCursor &cursor, double &value) {
+    const auto digit = static_cast<unsigned char>(cursor.at[1] - '0');
+    if (digit > 9 || cursor.at[2] != '\t') {
+        return false;
+    }
+    value = digit;
+    cursor.at += 2;
+    return true;
+}
+
 bool readOne(TextCursor &cursor, double &value) {
     if (cursor.end - cursor.at > 2 && *cursor.at == '\t') {
+        if (readDigit(cursor, value)) {
+            return true;
+        }
         const bool negative = cursor.at[1] == '-';
         const char *const digits = cursor.at + (negative ? 2 : 1);
         ShortDecimal decimal;
