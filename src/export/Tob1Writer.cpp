@@ -3,6 +3,7 @@
 #include "export/ExportOutput.h"
 
 #include <bit>
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -41,6 +42,22 @@ void appendLine(ExportOutput &output, const std::vector<std::string> &entries) {
 char *writeField(char *out, std::uint32_t number) {
     for (unsigned shift = 0; shift < 32; shift += 8) {
         *out++ = static_cast<char>(number >> shift);
+    }
+    return out;
+}
+
+// Beyond its range a float becomes an infinity.
+char *writeSingles(char *out, const std::vector<double> &values) {
+    if constexpr (std::endian::native == std::endian::little) {
+        for (const double value : values) { // simple enough to be done many at a time
+            const auto single = static_cast<float>(value);
+            std::memcpy(out, &single, fieldSize);
+            out += fieldSize;
+        }
+    } else {
+        for (const double value : values) {
+            out = writeField(out, std::bit_cast<std::uint32_t>(static_cast<float>(value)));
+        }
     }
     return out;
 }
@@ -93,10 +110,7 @@ void Tob1Writer::write(const Record &record) {
     out = writeField(out, record.seconds + timeOffset_);
     out = writeField(out, record.nanoseconds);
     out = writeField(out, recordNumber_++);
-    for (const double value : record.values) {
-        // Beyond its range a float becomes an infinity.
-        out = writeField(out, std::bit_cast<std::uint32_t>(static_cast<float>(value)));
-    }
+    out = writeSingles(out, record.values);
     output_.take(out);
     output_.endRecord();
 }
