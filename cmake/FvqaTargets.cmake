@@ -19,12 +19,24 @@ if(FVQA_SANITIZE)
   target_link_options(fvqa_options INTERFACE -fsanitize=${FVQA_SANITIZE})
 endif()
 
+# A record passes through a dozen small functions of four libraries: optimised across them, a load takes a
+# twentieth less. The libraries hold ordinary code too, which the hundreds of other programs link: that is quick.
+set(optimise_programs OFF)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release")
+  set(optimise_programs ON)
+  target_link_options(fvqa_options INTERFACE
+    $<IF:$<BOOL:$<TARGET_PROPERTY:FVQA_OPTIMISE_WITH_LIBRARIES>>,-flto=auto,-fno-lto>)
+endif()
+
 # fvqa_library(NAME [MOC] SOURCES a.cpp ... LINKS targets ...): the library fvqa_NAME of one folder.
 function(fvqa_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "MOC" "" "SOURCES;LINKS")
   add_library(fvqa_${name} STATIC ${arg_SOURCES})
   set_target_properties(fvqa_${name} PROPERTIES AUTOMOC ${arg_MOC})
   target_link_libraries(fvqa_${name} PUBLIC fvqa_options ${arg_LINKS})
+  if(optimise_programs)
+    target_compile_options(fvqa_${name} PRIVATE -flto -ffat-lto-objects)
+  endif()
 endfunction()
 
 # fvqa_program(NAME SOURCES a.cpp ... LINKS targets ...): a program that finds the zone folder beside it.
