@@ -128,7 +128,7 @@ void ChunkLineReader::start(std::unique_ptr<QIODevice> device, const QString &me
 }
 
 ChunkLineReader::Block ChunkLineReader::newBlock() {
-    Block block(static_cast<char *>(std::calloc(static_cast<std::size_t>(spareByte + blockSize), 1)));
+    Block block(static_cast<char *>(std::malloc(static_cast<std::size_t>(spareByte + blockSize))));
     if (!block) {
         throw std::bad_alloc();
     }
