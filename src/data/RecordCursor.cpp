@@ -1,11 +1,11 @@
 #include "data/RecordCursor.h"
 
 DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end)
-    : _ContextType(fragment, start, end, ownSource_) {}
+    : _ContextType(fragment, start, end, ownSources_) {}
 
 DataFragment::_ContextType::_ContextType(const DataFragment &fragment, double start, double end,
-                                         SourceReader &source)
-    : source_(source),
+                                         SourceReaders &sources)
+    : source_(sources.readerFor(fragment.header())),
       fragment_(fragment),
       bounds_(narrowedTo(fragment, start, end)),
       prefix_(fragment.tag() + '\t'),
@@ -51,7 +51,7 @@ bool DataFragment::_ContextType::readNext() {
 void DataFragment::_ContextType::exhaust() {
     record_.values.clear();
     source_.pause();
-    ownSource_.close();
+    ownSources_.close();
 }
 
 DataSet::_ContextType::_ContextType(const DataSet &dataSet, std::string_view instrument, std::string_view tag,
@@ -75,11 +75,11 @@ void DataSet::_ContextType::passOverExhausted() {
     while (!reader_ || reader_->isExhausted()) {
         reader_.reset();
         if (nextFragment_ == fragments_.size()) {
-            source_->close();
+            sources_->close();
             return;
         }
         reader_ =
-            std::make_unique<DataFragment::_ContextType>(*fragments_[nextFragment_], start_, end_, *source_);
+            std::make_unique<DataFragment::_ContextType>(*fragments_[nextFragment_], start_, end_, *sources_);
         ++nextFragment_;
     }
 }

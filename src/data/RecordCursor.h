@@ -3,7 +3,7 @@
 #include "data/DataFragment.h"
 #include "data/DataSet.h"
 #include "data/ReadingBounds.h"
-#include "data/SourceReader.h"
+#include "data/SourceReaders.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,8 +21,8 @@ class DataFragment::_ContextType {
 public:
     // From `start` to `end`, both inclusive, in UTC seconds or the whole-range bounds.
     _ContextType(const DataFragment &fragment, double start, double end);
-    // The same as a part of a pass over many fragments, which have their `source` in common.
-    _ContextType(const DataFragment &fragment, double start, double end, SourceReader &source);
+    // The same as a part of a pass over many fragments, which have their `sources` in common.
+    _ContextType(const DataFragment &fragment, double start, double end, SourceReaders &sources);
     ~_ContextType() = default;
     _ContextType(const _ContextType &) = delete;
     _ContextType &operator=(const _ContextType &) = delete;
@@ -36,7 +36,7 @@ private:
     bool readNext();
     void exhaust();
 
-    SourceReader ownSource_;
+    SourceReaders ownSources_;
     SourceReader &source_;
     const DataFragment &fragment_;
     TimeBounds bounds_;
@@ -68,7 +68,7 @@ private:
     std::size_t nextFragment_ = 0;
     double start_;
     double end_;
-    std::unique_ptr<SourceReader> source_ = std::make_unique<SourceReader>(); // the reader has it
-    std::unique_ptr<DataFragment::_ContextType> reader_;                      // null when exhausted
+    std::unique_ptr<SourceReaders> sources_ = std::make_unique<SourceReaders>(); // the reader has one of them
+    std::unique_ptr<DataFragment::_ContextType> reader_;                         // null when exhausted
     Record exhausted_;
 };

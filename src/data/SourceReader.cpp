@@ -4,9 +4,13 @@
 
 #include <algorithm>
 
+bool SourceReader::hasOpen(const SourceHeader &source) const {
+    return source_ != nullptr && source_->fileName == source.fileName;
+}
+
 bool SourceReader::goTo(const SourceHeader &source, const std::string &member, std::uint64_t offset) {
     pause();
-    if (source_ != nullptr && (source_->fileName != source.fileName || !asOpened_->isAsItWas())) {
+    if (source_ != nullptr && (!hasOpen(source) || !asOpened_->isAsItWas())) {
         close();
     }
     complaints_.checkForChange(source);

@@ -19,6 +19,10 @@ struct SourceHeader;
 // Belongs to one thread; the headers must outlive it.
 class SourceReader {
 public:
+    // `complaints` are those of the whole pass, and outlive it.
+    explicit SourceReader(SourceComplaints &complaints) : complaints_(complaints) {}
+
+    bool hasOpen(const SourceHeader &source) const;
     // Makes the lines come from lines() that begin at the true offset `offset` of the member or behind it;
     // `member` is empty for a plain file. False when it cannot be opened or ends before.
     bool goTo(const SourceHeader &source, const std::string &member, std::uint64_t offset);
@@ -35,7 +39,7 @@ private:
     bool openBefore(const std::string &member, std::uint64_t offset);
     void closeMember();
 
-    SourceComplaints complaints_;
+    SourceComplaints &complaints_;
     const SourceHeader *source_ = nullptr; // null when nothing is open
     std::optional<SourceFile> file_;
     std::optional<SourceState> asOpened_;

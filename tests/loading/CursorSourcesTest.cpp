@@ -16,6 +16,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
@@ -130,11 +131,11 @@ testing::AssertionResult sameForAll(const DataSet &data, RandomNumbers &random, 
 }
 
 // Blocks of two records each of the tag DATA, one of DATASTAT beside each, `step` seconds from one to the
-// next.
-std::string manyBlocks(int blocks, std::int64_t step) {
+// next and `offset` from the start.
+std::string manyBlocks(int blocks, std::int64_t step, std::int64_t offset = 0) {
     std::string text = keyLines("Q") + "DATASTATH\tSECONDS\tA\n";
     for (int i = 0; i < blocks; ++i) {
-        const std::int64_t second = std::int64_t{start} + i * step;
+        const std::int64_t second = std::int64_t{start} + offset + i * step;
         text += headerLine() + recordLines(static_cast<std::uint32_t>(second), 2) + "DATASTAT\t" +
                 std::to_string(second) + "\t1\n";
     }
@@ -165,7 +166,7 @@ TEST(CursorSources, GiveWhatEveryBlockAloneGives) {
     const TempFolder folder;
     checkInRounds(40, 100, [&folder](std::uint64_t seed, RandomNumbers &random, std::size_t *found) {
         DataSet merged;
-        const std::size_t files = 1 + random.below(3);
+        const std::size_t files = 1 + random.below(7); // more than stay open
         for (std::size_t i = 0; i < files; ++i) {
             const std::string text = RandomDataFile(optionsFor(seed * 10 + i, random)).text();
             const QString name = QString::number(i);
@@ -243,6 +244,31 @@ TEST(CursorSources, AreOpenedOnceForAllBlocksInWhateverOrderTheyCome) {
             // From the last block on it goes back once, to read what lies before.
             EXPECT_LE(openings.count(), step > 0 || path == archive ? 1U : 2U) << path.toStdString();
         }
+    }
+}
+
+TEST(CursorSources, WhoseBlocksTakeTurnsAreOpenedOnce) {
+    const TempFolder folder;
+    for (const bool isArchive : {false, true}) {
+        DataSet merged;
+        for (std::uint32_t file = 0; file < 4; ++file) {
+            const std::string text = manyBlocks(100, 40, file * 10);
+            const QString name = QString::number(file);
+            const QString path = folder.path(name + ".ghg");
+            if (isArchive) {
+                writeZip(path, {{name + ".data", text}});
+            }
+            loadInto(merged, isArchive ? path : folder.write(name + ".data", text));
+        }
+        std::vector<std::string> files;
+        for (const auto &fragment : merged.fragmentsOf("Q", "DATA")) {
+            files.push_back(fragment->header().fileName);
+        }
+        ASSERT_EQ(files.size(), 400U);
+        EXPECT_EQ(std::adjacent_find(files.begin(), files.end()), files.end()) << "two of one file in turn";
+        const OpeningsWatch openings(folder.path("").toStdString());
+        EXPECT_EQ(readAgain(merged, "Q", "DATA").size(), 800U);
+        EXPECT_EQ(openings.count(), 4U);
     }
 }
 
