@@ -113,6 +113,7 @@ void WindowWalk::removeRows(const std::set<int> &rows) {
     for (const int row : rows) {
         view->selectionModel()->select(model_->index(row), QItemSelectionModel::Select);
     }
+    // NOLINTNEXTLINE(modernize-loop-convert): backwards
     for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
         rows_.removeAt(*row);
     }
