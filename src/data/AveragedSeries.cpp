@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -21,15 +22,15 @@ float narrowed(double value, double empty) {
 } // namespace
 
 void AveragedSeries::append(std::uint32_t end, const Accumulator &period) {
-    RecordStamp stamp = period.stamp();
-    stamp.seconds = end;
-    stamp.nanoseconds = 0;
-    stamps_.push_back(stamp);
     for (const double sum : period.sums()) {
         averages_.push_back(sum / period.count());
     }
     appendExtremes(period.maxima(), emptyMaximum);
     appendExtremes(period.minima(), emptyMinimum);
+    RecordStamp stamp = period.stamp();
+    stamp.seconds = end;
+    stamp.nanoseconds = 0;
+    stamps_.push_back(stamp);
 }
 
 void AveragedSeries::appendExtremes(std::span<const double> extremes, double empty) {
@@ -48,11 +49,16 @@ void AveragedSeries::appendExtremes(std::span<const double> extremes, double emp
 }
 
 void AveragedSeries::widenExtremes() {
+    if (extremes_.empty()) {
+        return;
+    }
+    std::vector<double> wide;
     for (std::size_t i = 0; i < extremes_.size(); ++i) {
         const bool isMaximum = i / columns_ % extremesOfPeriod == 0;
         const double empty = isMaximum ? emptyMaximum : emptyMinimum;
-        wideExtremes_.push_back(std::isnan(extremes_[i]) ? empty : extremes_[i]);
+        wide.push_back(std::isnan(extremes_[i]) ? empty : extremes_[i]);
     }
+    wideExtremes_ = std::move(wide);
     extremes_ = {};
 }
 

@@ -16,7 +16,8 @@ enum class Statistic { average, maximum, minimum };
 class AveragedSeries {
 public:
     void setColumns(std::size_t columns) { columns_ = columns; }
-    // Appends the period that ends at `end` (UTC seconds).
+    // Appends the period that ends at `end` (UTC seconds), unless it throws std::bad_alloc: then there can be
+    // no further one.
     void append(std::uint32_t end, const Accumulator &period);
     void releaseSpareMemory();
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <stdexcept>
 
 namespace {
@@ -82,6 +83,9 @@ void DataFileParser::handleSafely(std::uint64_t position, std::size_t length, co
         handle();
     } catch (const MemoryAllowance::Exceeded &error) {
         giveUp(error.what(), position);
+    } catch (const std::bad_alloc &) {
+        // The line may have said what the lines behind it mean.
+        giveUp("There is not enough memory", position);
     } catch (const std::length_error &error) {
         // A header line that asks for too much: one says it for all.
         problem_ = problem_.empty() ? error.what() : problem_;

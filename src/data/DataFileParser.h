@@ -27,7 +27,8 @@ public:
 
     // Handles one line, without its line end, and gives the fragment that it started, if any. `offset` is the
     // line's offset as the line reader reports it, `shortfall` by how much that falls short of the true one.
-    // Never throws: the text of an exception goes to messageText().
+    // The text of an exception goes to messageText(). Throws std::bad_alloc only, when there is no memory
+    // even for that: then the source must be read no further.
     std::shared_ptr<DataFragment> parseLine(std::uint64_t offset, std::string_view line,
                                             std::uint64_t shortfall);
 
@@ -36,7 +37,7 @@ public:
     // handled, other threads may read fields by the block's layout.
     DataFragment *blockReadyFor(std::string_view line) const;
     // Handles a line for which blockReadyFor() gave a block, and whose fields have been read, as parseLine
-    // does. Never throws.
+    // does.
     void takeRead(ReadLine &line, std::uint64_t shortfall);
 
     // "ERROR: " and what went wrong, for each line that could not be handled, up to about 10,000 characters.
@@ -48,7 +49,8 @@ public:
     const std::string &problem() const { return problem_; }
     // What the source's blocks take, as it is reckoned.
     const MemoryAllowance &allowance() const { return *allowance_; }
-    // True when the source asks for more memory than it may take: no further line is handled.
+    // True when the source asks for more memory than it may take or than there is: no further line is
+    // handled.
     bool hasGivenUp() const { return hasGivenUp_; }
 
     // True once a header line has come, be it in vain.

@@ -142,6 +142,11 @@ void DataFragment::takeIn(const RecordStamp &stamp, const double *values, std::u
     if (recordCount_ == 0) {
         startPeriods(stamp.seconds);
     }
+    // First what asks for memory, so that a record for which there is none is left out whole.
+    closePeriods(stamp);
+    const std::size_t indexSize = halfHourIndex_.entries().size();
+    halfHourIndex_.note(stamp.seconds, lineOffset);
+    loading_->newPeriods += (halfHourIndex_.entries().size() - indexSize) * sizeof(HalfHourIndex::Entry);
     lastTime_ = timeOf(stamp);
     if (firstTime_ == 0) {
         firstTime_ = lastTime_;
@@ -150,10 +155,6 @@ void DataFragment::takeIn(const RecordStamp &stamp, const double *values, std::u
         firstOffset_ = lineOffset;
     }
     endOffset_ = lineOffset + lineLength;
-    const std::size_t indexSize = halfHourIndex_.entries().size();
-    halfHourIndex_.note(stamp.seconds, lineOffset);
-    loading_->newPeriods += (halfHourIndex_.entries().size() - indexSize) * sizeof(HalfHourIndex::Entry);
-    closePeriods(stamp);
     loading_->accumulators[0].add(stamp, values);
     widenStamps(stamp);
     ++recordCount_;

@@ -46,8 +46,9 @@ void DataSet::parseLine(std::uint64_t offset, std::string_view line, std::uint64
         return;
     }
     if (auto fragment = parser_->parseLine(offset, line, shortfall)) {
-        fragments_.append(fragment);
-        loading_.push_back(std::move(fragment));
+        // In this order, so that none is left unfinished when there is no memory for the second.
+        loading_.push_back(fragment);
+        fragments_.append(std::move(fragment));
     }
 }
 
@@ -58,12 +59,6 @@ DataFragment *DataSet::blockReadyFor(std::string_view line) const {
 void DataSet::takeRead(ReadLine &line, std::uint64_t shortfall) {
     if (parser_) {
         parser_->takeRead(line, shortfall);
-    }
-}
-
-void DataSet::appendError(std::string_view what) {
-    if (parser_) {
-        parser_->appendError(what);
     }
 }
 

@@ -37,8 +37,6 @@ public:
     // See DataFileParser::blockReadyFor and takeRead.
     DataFragment *blockReadyFor(std::string_view line) const;
     void takeRead(ReadLine &line, std::uint64_t shortfall);
-    // Adds "ERROR: " and `what` to the message text, while that is short enough.
-    void appendError(std::string_view what);
     // Call after the last line: gives back the memory that only reading needs.
     void finishLoading();
     std::string messageText() const;

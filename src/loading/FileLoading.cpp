@@ -11,7 +11,6 @@
 #include <quazip.h>
 
 #include <algorithm>
-#include <exception>
 #include <memory>
 #include <new>
 #include <optional>
@@ -172,11 +171,7 @@ private:
                 return;
             }
         }
-        try {
-            source_.parseLine(reader_.lineOffset(), reader_.line(), reader_.shortfall());
-        } catch (const std::exception &error) {
-            source_.appendError(error.what());
-        }
+        source_.parseLine(reader_.lineOffset(), reader_.line(), reader_.shortfall());
         noteMemory();
         noteLine(reader_.lineOffset());
     }
@@ -288,7 +283,16 @@ QString whyNotLoadable(const QString &fileName) {
 
 LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
                     const LoadProgress &progress, ParsingThreads *threads) {
-    return Loading(fileName, source, cancelled, progress, threads).run();
+    qint64 fileSize = 0;
+    try {
+        fileSize = QFileInfo(fileName).size();
+        return Loading(fileName, source, cancelled, progress, threads).run();
+    } catch (const std::bad_alloc &) {
+        // The load has given back what it took for itself, so that there is memory for what follows.
+        source.finishLoading();
+        progress(100, fileSize);
+        return {QStringLiteral("There is not enough memory: records may be missing"), QString()};
+    }
 }
 
 std::vector<QString> messagesOf(const DataSet &source, const LoadReport &report) {

@@ -23,9 +23,9 @@ struct LoadReport {
 using LoadProgress = std::function<void(int percent, qint64 fileSize)>;
 
 // Reads the plain file or archive `fileName` line by line into `source`, which was made for it. Stops soon
-// after `cancelled` is set. Never throws for anything that the file holds. Runs on any thread. With
-// `threads`, those read the fields of a large source's records where they can; nothing of what comes out
-// depends on it.
+// after `cancelled` is set. Never throws for anything that the file holds, nor when memory runs out: then the
+// report says so, and what was read before is there. Runs on any thread. With `threads`, those read the
+// fields of a large source's records where they can; nothing of what comes out depends on it.
 LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled,
                     const LoadProgress &progress, ParsingThreads *threads = nullptr);
 

@@ -122,19 +122,20 @@ bool QDataSet::isBeingLoaded(const QString &fileName) const {
 }
 
 void QDataSet::LoadFile(const QString &fileName, DataSet &source, const std::atomic<bool> &cancelled) {
-    const auto progress = [this, &fileName](int percent, qint64 fileSize) {
+    qint64 lastSize = 0;
+    const auto progress = [this, &fileName, &lastSize](int percent, qint64 fileSize) {
+        lastSize = fileSize;
         Q_EMIT Progress(fileName, percent, fileSize);
     };
-    LoadReport report;
     try {
-        report = loadFile(fileName, source, cancelled, progress, &parsingThreads_);
+        const LoadReport report = loadFile(fileName, source, cancelled, progress, &parsingThreads_);
+        for (const QString &text : messagesOf(source, report)) {
+            Q_EMIT Message(fileName, text);
+        }
     } catch (const std::exception &error) {
         // Out of memory, most likely: the program goes on with what it has.
-        report.problem = QStringLiteral("Loading failed: ") + QString::fromUtf8(error.what());
-        Q_EMIT Progress(fileName, 100, QFileInfo(fileName).size());
-    }
-    for (const QString &text : messagesOf(source, report)) {
-        Q_EMIT Message(fileName, text);
+        Q_EMIT Progress(fileName, 100, lastSize);
+        Q_EMIT Message(fileName, QStringLiteral("Loading failed: ") + QString::fromUtf8(error.what()));
     }
 }
 

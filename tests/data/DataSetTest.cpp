@@ -92,7 +92,6 @@ TEST(DataSet, AnEmptySetTakesNoLines) {
     DataSet empty;
     empty.setSubFileName("x");
     empty.parseLine(0, "DATAH\tA");
-    empty.appendError("x");
     empty.finishLoading();
     EXPECT_TRUE(empty.fragments().empty());
     EXPECT_EQ(empty.messageText(), "");

@@ -140,7 +140,6 @@ TEST(HostileInput, FailingHeadersFillTheMessageTextToItsCapAndNoFurther) {
     source.parseLine(0, "Timezone:\tNo/Such/" + std::string(3000, 'x'));
     for (int i = 0; i < 1000; ++i) {
         source.parseLine(1, "DATAH\tA");
-        source.appendError("from elsewhere");
     }
     EXPECT_GT(source.messageText().size(), 9999U);
     EXPECT_LT(source.messageText().size(), 9999U + 3200U);

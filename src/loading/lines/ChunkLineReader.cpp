@@ -71,18 +71,20 @@ bool ChunkLineReader::open(const QString &path, const QString &member, qint64 st
 
 // Through an archive of its own, as a file that is made from path and name takes a slash off the name.
 bool ChunkLineReader::openInArchive(const QString &path, const QString &member, qint64 startOffset) {
-    auto archive = std::make_unique<QuaZip>(path);
-    if (!archive->open(QuaZip::mdUnzip)) {
+    archive_ = std::make_unique<QuaZip>(path);
+    if (!archive_->open(QuaZip::mdUnzip)) {
         problem_ = cannotBeOpened(member);
         return false;
     }
-    const bool isOpen = openMember(*archive, member, startOffset);
-    archive_ = std::move(archive);
-    return isOpen;
+    return openListed(*archive_, member, startOffset);
 }
 
 bool ChunkLineReader::openMember(QuaZip &archive, const QString &member, qint64 startOffset) {
     finish();
+    return openListed(archive, member, startOffset);
+}
+
+bool ChunkLineReader::openListed(QuaZip &archive, const QString &member, qint64 startOffset) {
     // Opening no file at all would be answered with a line on standard error.
     if (!archive.setCurrentFile(member)) {
         problem_ = cannotBeOpened(member);
@@ -106,12 +108,12 @@ bool ChunkLineReader::openZipped(std::unique_ptr<QuaZipFile> file, const QString
 }
 
 bool ChunkLineReader::openDevice(std::unique_ptr<QIODevice> device, qint64 startOffset) {
+    finish();
     start(std::move(device), {}, startOffset);
     return true;
 }
 
 void ChunkLineReader::start(std::unique_ptr<QIODevice> device, const QString &member, qint64 startOffset) {
-    finish();
     member_ = member;
     problem_.clear();
     ended_ = false;

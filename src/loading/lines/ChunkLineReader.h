@@ -84,6 +84,7 @@ private:
     };
 
     bool openInArchive(const QString &path, const QString &member, qint64 startOffset);
+    bool openListed(QuaZip &archive, const QString &member, qint64 startOffset);
     bool openZipped(std::unique_ptr<QuaZipFile> file, const QString &member, qint64 startOffset);
     void start(std::unique_ptr<QIODevice> device, const QString &member, qint64 startOffset);
     bool skipTo(qint64 offset, qint64 position);
