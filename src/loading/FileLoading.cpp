@@ -85,11 +85,13 @@ private:
         }
         QSet<QString> names;
         for (auto member = list.members.begin(); member != list.members.end() && !hasEnded(); ++member) {
-            // A member is found by its name: of several that share one, or without one, the others cannot be
-            // read.
+            // A member is found by its name: one without any, and of several that share one the others,
+            // cannot be read.
             if (isArchive && (member->name.isEmpty() || names.contains(member->name))) {
-                note(QStringLiteral("The archive holds \"%1\" more than once: only the first is read")
-                         .arg(member->name));
+                note(member->name.isEmpty()
+                         ? QStringLiteral("A member of the archive has no name and cannot be read")
+                         : QStringLiteral("The archive holds \"%1\" more than once: only the first is read")
+                               .arg(member->name));
                 continue;
             }
             names.insert(member->name);

@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -101,16 +100,6 @@ TEST_F(FileLoading, AFileThatCannotBeLoadedIsAProblemThatNamesTheReason) {
         EXPECT_TRUE(loaded.data.fragments().empty()) << qPrintable(path);
     }
     EXPECT_EQ(whyNotLoadable(folder.write("a.data", "")), "");
-}
-
-TEST_F(FileLoading, AFileWithoutPermissionIsAProblemThatSaysSo) {
-    if (::geteuid() == 0) {
-        GTEST_SKIP() << "permissions do not hold for the superuser";
-    }
-    const QString path = folder.write("a.data", dataText("QA330", start, 3));
-    ASSERT_TRUE(QFile::setPermissions(path, QFile::WriteOwner));
-    EXPECT_EQ(whyNotLoadable(path), "The file cannot be read: no permission");
-    EXPECT_EQ(watchedLoad(path).report.problem, "The file cannot be read: no permission");
 }
 
 TEST_F(FileLoading, ALinkToADataFileIsReadAndADanglingLinkDoesNotExist) {
