@@ -182,6 +182,15 @@ TEST(ChunkLineReader, ASourceThatEndsBeforeItsSizeGivesItsLinesAndAProblem) {
     }
 }
 
+TEST(ChunkLineReader, ADeviceThatFailsInALineThatIsTooLongHasFailedFirst) {
+    const std::string bytes = "a\n" + std::string(3 * limit, 'x') + "\nb\n";
+    ChunkLineReader reader;
+    ASSERT_TRUE(openBytes(reader, bytes, {.failsAt = static_cast<qint64>(2 * limit)}));
+    EXPECT_TRUE(reader.nextLine());
+    EXPECT_FALSE(reader.nextLine());
+    EXPECT_TRUE(reader.problem().contains("the cable was pulled")) << qPrintable(reader.problem());
+}
+
 TEST(ChunkLineReader, APlainFileIsReadByTheRules) {
     const TempFolder folder;
     std::mt19937 random(11);

@@ -169,6 +169,15 @@ TEST_F(ParsingOnThreads, ALoadThatIsCancelledStopsBehindTheSameLine) {
     }
 }
 
+// The lines on their way are told of when one comes that depends on them.
+TEST_F(ParsingOnThreads, ALoadThatIsCancelledBeforeAKeyLineStopsBehindTheSameLine) {
+    const QString path =
+        write(dataText("QA330", start, 1500) + "SN:\t1\n" + headerLine() + recordLines(start, 500));
+    expectSameOnAllThreads(path, "key line", [](int percent, std::atomic<bool> &cancelled) {
+        cancelled = cancelled || percent > 0;
+    });
+}
+
 TEST_F(ParsingOnThreads, AFileThatAsksForTooMuchMemoryEndsAtTheSameRecord) {
     if (isSanitizerBuild) {
         GTEST_SKIP() << "takes too much memory and time there";

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void queriesOfAnotherThreadSeeWholeFilesOnly();
     void receiversMayQueryAddAndRemoveFiles();
     void fileNamesAreUtf8InTheDataSet();
+    void whatWasLoadedElsewhereIsAnsweredAndRemovedLikeAnyFile();
 };
 
 void QDataSetQueriesTest::fragmentsOfAllFilesAreOrderedByTheirFirstRecordTime() {
@@ -200,6 +201,24 @@ void QDataSetQueriesTest::fileNamesAreUtf8InTheDataSet() {
     QCOMPARE(scene.set.fileNames(), std::set<std::string>{path.toUtf8().toStdString()});
     scene.set.RemoveFile(path);
     QVERIFY(scene.set.fileNames().empty());
+}
+
+void QDataSetQueriesTest::whatWasLoadedElsewhereIsAnsweredAndRemovedLikeAnyFile() {
+    Scene scene;
+    scene.add("a.data", dataText("QA330", start + 100, 5));
+    QVERIFY(scene.waitForLoaded("a.data"));
+    const QString path = scene.folder.write("b.data", dataText("QA330", start, 3));
+    DataSet source(path.toStdString());
+    loadFile(path, source, std::atomic<bool>(false), [](int, qint64) {});
+    scene.set.addLoaded(source);
+    double first = start + 50;
+    double last = start + 50;
+    scene.set.timeRangeOfInstrument("QA330", first, last);
+    QCOMPARE(first, static_cast<double>(start));
+    QCOMPARE(last, static_cast<double>(start) + 104);
+    QCOMPARE(recordsOf(scene.set, "QA330"), 8U);
+    scene.set.RemoveFile(path);
+    QCOMPARE(recordsOf(scene.set, "QA330"), 5U);
 }
 
 QTEST_GUILESS_MAIN(QDataSetQueriesTest)
