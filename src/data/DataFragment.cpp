@@ -39,7 +39,7 @@ constexpr std::uint32_t nanosecondsPerSecond = 1'000'000'000;
 
 } // namespace
 
-DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
+DataFragment::DataFragment(const SourceHeader &header, std::string tag, std::vector<std::string> columnNames,
                            DiagnosticNames diagnosticNames)
     : DataFragment(header, Timezone(header.timezone), std::move(tag), std::move(columnNames),
                    std::move(diagnosticNames)) {}
@@ -54,9 +54,9 @@ DataFragment::DataFragment(SourceHeader header, const Timezone &timezone, std::s
       diagnosticNames_(std::move(diagnosticNames)),
       loading_(std::make_unique<LoadingState>(timezone_)) {}
 
-DataFragment::DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
+DataFragment::DataFragment(const SourceHeader &header, std::string tag, std::vector<std::string> columnNames,
                            std::vector<std::string> diagnosticNames)
-    : DataFragment(std::move(header), std::move(tag), std::move(columnNames),
+    : DataFragment(header, std::move(tag), std::move(columnNames),
                    std::make_shared<const std::vector<std::string>>(std::move(diagnosticNames))) {}
 
 void DataFragment::setDiagnosticNames(DiagnosticNames names) {

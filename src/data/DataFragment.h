@@ -63,12 +63,12 @@ public:
     static constexpr std::array<std::uint32_t, 4> periods{60, 300, 1800, 7200}; // s
 
     // Throws Timezone::Error when the header's zone cannot be loaded.
-    DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
+    DataFragment(const SourceHeader &header, std::string tag, std::vector<std::string> columnNames,
                  DiagnosticNames diagnosticNames);
     // In the header's zone, which has been loaded already.
     DataFragment(SourceHeader header, const Timezone &timezone, std::string tag,
                  std::vector<std::string> columnNames, DiagnosticNames diagnosticNames);
-    DataFragment(SourceHeader header, std::string tag, std::vector<std::string> columnNames,
+    DataFragment(const SourceHeader &header, std::string tag, std::vector<std::string> columnNames,
                  std::vector<std::string> diagnosticNames);
 
     // While loading.
