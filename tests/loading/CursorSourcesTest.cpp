@@ -251,7 +251,7 @@ TEST(CursorSources, WhoseBlocksTakeTurnsAreOpenedOnce) {
     const TempFolder folder;
     for (const bool isArchive : {false, true}) {
         DataSet merged;
-        for (std::uint32_t file = 0; file < 4; ++file) {
+        for (std::int64_t file = 0; file < 4; ++file) {
             const std::string text = manyBlocks(100, 40, file * 10);
             const QString name = QString::number(file);
             const QString path = folder.path(name + ".ghg");

@@ -98,7 +98,7 @@ private Q_SLOTS:
     void theViewerReplacesNoLoadedFile();
 
 private:
-    int run(QStringList arguments) const {
+    int run(const QStringList &arguments) const {
         QProcess process;
         process.setWorkingDirectory(machine_.path("in"));
         process.start(FVQA_CLI_PROGRAM, arguments + QStringList{machine_.path("in")});

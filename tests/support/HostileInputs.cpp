@@ -12,7 +12,7 @@ constexpr std::size_t longestLine = 1048576;
 
 using namespace std::string_literals;
 
-std::string filled(std::string text, std::string_view piece, std::size_t length) {
+std::string filled(const std::string &text, std::string_view piece, std::size_t length) {
     return text + repeated(piece, (length - text.size()) / piece.size());
 }
 
