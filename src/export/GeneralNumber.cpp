@@ -19,6 +19,9 @@ constexpr int highestFixed = 5;
 constexpr std::array<double, 11> thresholds{1e-4, 1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
 constexpr std::array<double, 10> powers{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
 
+// Of a number's bits those that single precision does not have.
+constexpr std::uint64_t bitsBeyondSingle = (std::uint64_t{1} << 29) - 1;
+
 // Binary exponents of the numbers from 1e-4 to 1e6.
 constexpr int lowestBinary = -14;
 constexpr int highestBinary = 19;
@@ -81,8 +84,7 @@ char *writeFixed(char *out, std::uint64_t digits, int exponent) {
 char *writeFast(char *out, double value) {
     const auto bits = std::bit_cast<std::uint64_t>(value);
     const int binary = static_cast<int>(bits >> 52 & 0x7ff) - 1023;
-    if (binary < lowestBinary || binary > highestBinary ||
-        static_cast<double>(static_cast<float>(value)) != value) {
+    if (binary < lowestBinary || binary > highestBinary || (bits & bitsBeyondSingle) != 0) {
         return nullptr;
     }
     const double magnitude = std::fabs(value);
@@ -110,6 +112,11 @@ char *writeFast(char *out, double value) {
 } // namespace
 
 char *writeGeneral(char *out, double value) {
+    if constexpr (std::endian::native == std::endian::little) {
+        if (char *const end = writeFast(out, value)) {
+            return end;
+        }
+    }
     if (value == 0) {
         *out = '-';
         out += std::signbit(value) ? 1 : 0;
@@ -119,11 +126,6 @@ char *writeGeneral(char *out, double value) {
     if (std::isnan(value)) {
         constexpr std::string_view name = "nan";
         return std::copy(name.begin(), name.end(), out);
-    }
-    if constexpr (std::endian::native == std::endian::little) {
-        if (char *const end = writeFast(out, value)) {
-            return end;
-        }
     }
     return writeSlowly(out, value);
 }
