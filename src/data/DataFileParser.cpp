@@ -41,6 +41,7 @@ constexpr std::array<KeyPrefix, 7> keyPrefixes{{
 
 // Message text grows no further beyond this many characters.
 constexpr std::size_t messageTextLimit = 9999;
+constexpr std::size_t roomForErrors = 128;
 
 // Splits at every tab; a tab at the very end adds no empty field.
 std::vector<std::string> splitFields(std::string_view text) {
@@ -57,7 +58,10 @@ std::vector<std::string> splitFields(std::string_view text) {
 } // namespace
 
 DataFileParser::DataFileParser(std::string fileName, std::string fileNameTag)
-    : header_{std::move(fileName), "", std::move(fileNameTag), "Unknown", "Unknown", "Unknown"} {}
+    : header_{std::move(fileName), "", std::move(fileNameTag), "Unknown", "Unknown", "Unknown"} {
+    // So that a line that is lost because there is no memory can be told of.
+    messageText_.reserve(roomForErrors);
+}
 
 void DataFileParser::setSubFileName(std::string name) {
     header_.subFileName = std::move(name);
@@ -83,9 +87,6 @@ void DataFileParser::handleSafely(std::uint64_t position, std::size_t length, co
         handle();
     } catch (const MemoryAllowance::Exceeded &error) {
         giveUp(error.what(), position);
-    } catch (const std::bad_alloc &) {
-        // The line may have said what the lines behind it mean.
-        giveUp("There is not enough memory", position);
     } catch (const std::length_error &error) {
         // A header line that asks for too much: one says it for all.
         problem_ = problem_.empty() ? error.what() : problem_;
@@ -118,8 +119,12 @@ void DataFileParser::giveUp(std::string_view reason, std::uint64_t position) {
 }
 
 void DataFileParser::appendError(std::string_view what) {
-    if (messageText_.size() <= messageTextLimit) {
+    if (messageText_.size() > messageTextLimit) {
+        return;
+    }
+    try {
         messageText_.append("ERROR: ").append(what);
+    } catch (const std::bad_alloc &) { // NOLINT(bugprone-empty-catch): the first one has had room
     }
 }
 

@@ -27,8 +27,8 @@ public:
 
     // Handles one line, without its line end, and gives the fragment that it started, if any. `offset` is the
     // line's offset as the line reader reports it, `shortfall` by how much that falls short of the true one.
-    // The text of an exception goes to messageText(). Throws std::bad_alloc only, when there is no memory
-    // even for that: then the source must be read no further.
+    // Never throws: the text of an exception, also that of a failed allocation, goes to messageText(), and
+    // the next line can be handled.
     std::shared_ptr<DataFragment> parseLine(std::uint64_t offset, std::string_view line,
                                             std::uint64_t shortfall);
 
@@ -37,7 +37,7 @@ public:
     // handled, other threads may read fields by the block's layout.
     DataFragment *blockReadyFor(std::string_view line) const;
     // Handles a line for which blockReadyFor() gave a block, and whose fields have been read, as parseLine
-    // does.
+    // does. Never throws.
     void takeRead(ReadLine &line, std::uint64_t shortfall);
 
     // "ERROR: " and what went wrong, for each line that could not be handled, up to about 10,000 characters.
@@ -49,7 +49,7 @@ public:
     const std::string &problem() const { return problem_; }
     // What the source's blocks take, as it is reckoned.
     const MemoryAllowance &allowance() const { return *allowance_; }
-    // True when the source asks for more memory than it may take or than there is: no further line is
+    // True when the source asks for more memory than its size allows it to take: no further line is
     // handled.
     bool hasGivenUp() const { return hasGivenUp_; }
 

@@ -5,6 +5,7 @@
 #include "data/VariableKey.h"
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -45,10 +46,16 @@ void DataSet::parseLine(std::uint64_t offset, std::string_view line, std::uint64
     if (!parser_) {
         return;
     }
-    if (auto fragment = parser_->parseLine(offset, line, shortfall)) {
+    auto fragment = parser_->parseLine(offset, line, shortfall);
+    if (!fragment) {
+        return;
+    }
+    try {
         // In this order, so that none is left unfinished when there is no memory for the second.
         loading_.push_back(fragment);
         fragments_.append(std::move(fragment));
+    } catch (const std::bad_alloc &error) {
+        parser_->appendError(error.what());
     }
 }
 
