@@ -1,5 +1,8 @@
 #include "export/GeneralNumber.h"
 
+#include "data/VectorLevel.h"
+#include "export/FixedTexts.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -109,6 +112,27 @@ char *writeFast(char *out, double value) {
     return writeFixed(out + (bits >> 63), digits, exponent);
 }
 
+// At most FixedTexts::most of them.
+char *writeMany(char *out, FixedTextsKernel kernel, std::span<const double> values) {
+    FixedTexts fixed; // NOLINT(cppcoreguidelines-pro-type-member-init): the kernel fills it
+    const std::uint64_t leftOut = kernel(values.data(), values.size(), fixed);
+    constexpr std::string_view zeroes("0.0000\0\0", sizeof(std::uint64_t));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if ((leftOut >> i & 1U) != 0) {
+            out = writeGeneral(out, values[i]);
+        } else {
+            *out = '-';
+            out += std::bit_cast<std::uint64_t>(values[i]) >> 63;
+            std::memcpy(out, zeroes.data(), zeroes.size());
+            out += fixed.leading[i];
+            std::memcpy(out, &fixed.texts[i], sizeof fixed.texts[i]);
+            out += fixed.lengths[i];
+        }
+        *out++ = '\t';
+    }
+    return out;
+}
+
 } // namespace
 
 char *writeGeneral(char *out, double value) {
@@ -128,4 +152,20 @@ char *writeGeneral(char *out, double value) {
         return std::copy(name.begin(), name.end(), out);
     }
     return writeSlowly(out, value);
+}
+
+char *writeGeneralFields(char *out, std::span<const double> values) {
+    if (vectorLevel() == VectorLevel::bits256) {
+        if (const FixedTextsKernel kernel = fixedTexts256()) {
+            for (; !values.empty(); values = values.subspan(std::min(values.size(), FixedTexts::most))) {
+                out = writeMany(out, kernel, values.first(std::min(values.size(), FixedTexts::most)));
+            }
+            return out;
+        }
+    }
+    for (const double value : values) {
+        out = writeGeneral(out, value);
+        *out++ = '\t';
+    }
+    return out;
 }

@@ -61,11 +61,7 @@ void TextWriter::write(const Record &record) {
         headerIsWritten_ = true;
     }
     char *const begin = output_.room(timeRoom + record.values.size() * generalNumberRoom);
-    char *out = writeTime(begin, record);
-    for (const double value : record.values) {
-        out = writeGeneral(out, value);
-        *out++ = '\t';
-    }
+    char *out = writeGeneralFields(writeTime(begin, record), record.values);
     // Every field left a tab behind it; the last one's place is the line feed's.
     out -= out != begin ? 1 : 0;
     *out++ = '\n';

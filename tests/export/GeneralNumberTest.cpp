@@ -1,5 +1,6 @@
 #include "export/GeneralNumber.h"
 
+#include "data/EveryLevel.h"
 #include "support/RandomNumbers.h"
 #include "support/SanitizerBuild.h"
 
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <locale>
+#include <span>
 #include <streambuf>
 #include <string>
 #include <vector>
@@ -26,10 +28,40 @@ private:
     std::array<char, 64> memory_{};
 };
 
-// Compares with what a stream writes in the classic locale.
+std::string generalOf(double value) {
+    std::array<char, generalNumberRoom> room{};
+    return {room.data(), writeGeneral(room.data(), value)};
+}
+
+std::string generalFieldsOf(std::span<const double> values) {
+    std::string room(values.size() * generalNumberRoom, '?');
+    room.resize(static_cast<std::size_t>(writeGeneralFields(room.data(), values) - room.data()));
+    return room;
+}
+
+// At every level of vectors: what writeGeneral() makes of each value, with a tab behind it.
+void expectSameFields(std::span<const double> values) {
+    const EveryLevel levels;
+    std::string expected;
+    for (const double value : values) {
+        expected.append(generalOf(value)) += '\t';
+    }
+    for (const VectorLevel level : EveryLevel::available()) {
+        useVectorLevel(level);
+        ASSERT_EQ(generalFieldsOf(values), expected);
+    }
+}
+
+// Compares with what a stream writes in the classic locale, also for many numbers at a time.
 class StreamComparison {
 public:
-    StreamComparison() : stream_(&digits_) { stream_.imbue(std::locale::classic()); }
+    StreamComparison() : stream_(&digits_) {
+        stream_.imbue(std::locale::classic());
+        row_.reserve(numbersOfRow);
+    }
+    ~StreamComparison() { expectSameFields(row_); }
+    StreamComparison(const StreamComparison &) = delete;
+    StreamComparison &operator=(const StreamComparison &) = delete;
 
     void expectSame(double value) {
         if (std::isnan(value)) {
@@ -44,6 +76,11 @@ public:
         if (written != digits_.text() && ++differences_ < 10) {
             ADD_FAILURE() << written << " instead of " << digits_.text();
         }
+        row_.push_back(value);
+        if (row_.size() == numbersOfRow) {
+            expectSameFields(row_);
+            row_.clear();
+        }
     }
     void expectSameBothSigns(double value) {
         expectSame(value);
@@ -52,16 +89,15 @@ public:
     std::size_t count() const { return count_; }
 
 private:
+    // More than are written at once, and no multiple of what a vector holds.
+    static constexpr std::size_t numbersOfRow = 1003;
+
     Digits digits_;
     std::ostream stream_;
     std::size_t count_ = 0;
     std::size_t differences_ = 0;
+    std::vector<double> row_;
 };
-
-std::string generalOf(double value) {
-    std::array<char, generalNumberRoom> room{};
-    return {room.data(), writeGeneral(room.data(), value)};
-}
 
 constexpr std::size_t rounds = scaledDown(2'000'000);
 
@@ -181,6 +217,27 @@ TEST(GeneralNumber, NeighboursOfPowersOfTenAndTwoAreWrittenAsByAStream) {
     comparison.expectSameBothSigns(std::numeric_limits<double>::infinity());
     comparison.expectSameBothSigns(std::numeric_limits<float>::denorm_min());
     EXPECT_GT(comparison.count(), 100'000U);
+}
+
+// Neighbours of every kind: none changes what becomes of another one.
+TEST(GeneralNumber, RowsOfEveryLengthAreWrittenAsTheirNumbersAlone) {
+    constexpr std::array<double, 12> kinds{0.0,   -0.0,     412.345F, -0.25, 9999995, 999999.5,
+                                           1e-4F, 0.00321F, 1e300,    0.1,   -1e-300, 123456};
+    RandomNumbers random(4);
+    for (std::size_t length = 0; length <= 200; ++length) {
+        std::vector<double> values(length);
+        for (double &value : values) {
+            value = random.oneIn(20) ? std::numeric_limits<double>::quiet_NaN() : random.pick(kinds);
+        }
+        expectSameFields(values);
+    }
+}
+
+// The least numbers of single precision become 0 there, those of double precision do not.
+TEST(GeneralNumber, NumbersThatVanishInSinglePrecisionAreNoZeros) {
+    const std::vector<double> values{1e-300, -1e-46, std::numeric_limits<double>::denorm_min(), 0};
+    EXPECT_EQ(generalFieldsOf(values), "1e-300\t-1e-46\t4.94066e-324\t0\t");
+    expectSameFields(values);
 }
 
 // No two values of so few bits may hide a wrong entry of a table.

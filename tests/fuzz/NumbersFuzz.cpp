@@ -170,6 +170,21 @@ void checkWriting(double value) {
             "a number is written as a stream writes it");
 }
 
+void checkRow(const std::vector<double> &values) {
+    std::string expected;
+    for (const double value : values) {
+        std::array<char, generalNumberRoom> room{};
+        expected.append(room.data(), writeGeneral(room.data(), value)) += '\t';
+    }
+    for (const VectorLevel level : EveryLevel::available()) {
+        useVectorLevel(level);
+        std::vector<char> room(values.size() * generalNumberRoom);
+        const char *const end = writeGeneralFields(room.data(), values);
+        require(std::string_view(room.data(), static_cast<std::size_t>(end - room.data())) == expected,
+                "every level writes a row as its numbers alone");
+    }
+}
+
 std::vector<double> numbersIn(std::string_view bytes, bool areSingles) {
     FuzzInput input(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
     std::vector<double> values;
@@ -202,6 +217,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
         for (const double value : values) {
             checkWriting(value);
         }
+        checkRow(values);
         checkSums(values, count % 40);
     }
     return 0;
