@@ -49,14 +49,18 @@ VectorLevel highestLevel() {
     return bits != "0" && isAvailable(VectorLevel::bits128) ? VectorLevel::bits128 : VectorLevel::plain;
 }
 
-struct Choice {
-    std::atomic<VectorLevel> level = highestLevel();
-    std::atomic<const RecordKernels *> kernels = kernelsOf(level);
-};
+// Null until the first record asks. Two threads that ask at once choose the same.
+constinit std::atomic<const RecordKernels *> chosen = nullptr;
 
-Choice &choice() {
-    static Choice made;
-    return made;
+std::atomic<VectorLevel> &level() {
+    static std::atomic<VectorLevel> present = highestLevel();
+    return present;
+}
+
+const RecordKernels *choose() {
+    const RecordKernels *const kernels = kernelsOf(level());
+    chosen = kernels;
+    return kernels;
 }
 
 } // namespace
@@ -66,14 +70,15 @@ bool isAvailable(VectorLevel level) {
 }
 
 VectorLevel vectorLevel() {
-    return choice().level;
+    return level();
 }
 
-void useVectorLevel(VectorLevel level) {
-    choice().level = level;
-    choice().kernels = kernelsOf(level);
+void useVectorLevel(VectorLevel wanted) {
+    level() = wanted;
+    chosen = kernelsOf(wanted);
 }
 
 const RecordKernels &recordKernels() {
-    return *choice().kernels.load(std::memory_order_relaxed);
+    const RecordKernels *const kernels = chosen.load(std::memory_order_relaxed);
+    return kernels != nullptr ? *kernels : *choose();
 }
