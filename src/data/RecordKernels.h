@@ -53,3 +53,4 @@ const RecordKernels &recordKernels();
 const RecordKernels *plainKernels();
 const RecordKernels *kernels128();
 const RecordKernels *kernels256();
+const RecordKernels *kernels512();

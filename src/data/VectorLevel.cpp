@@ -2,15 +2,20 @@
 
 #include "data/RecordKernels.h"
 
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 namespace {
 
 bool canRun(VectorLevel level) {
 #ifdef __x86_64__
     switch (level) {
+    case VectorLevel::bits512:
+        return canRun(VectorLevel::bits256) && __builtin_cpu_supports("avx512f") &&
+               __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi2");
     case VectorLevel::bits256:
         return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
                __builtin_cpu_supports("popcnt");
@@ -29,6 +34,8 @@ const RecordKernels *kernelsOf(VectorLevel level) {
         return nullptr;
     }
     switch (level) {
+    case VectorLevel::bits512:
+        return kernels512();
     case VectorLevel::bits256:
         return kernels256();
     case VectorLevel::bits128:
@@ -41,12 +48,19 @@ const RecordKernels *kernelsOf(VectorLevel level) {
 
 // FVQA_VECTOR_BITS may ask for fewer bits than the processor has, so that the levels can be compared.
 VectorLevel highestLevel() {
+    constexpr std::array<std::pair<std::string_view, VectorLevel>, 4> levels{{{"512", VectorLevel::bits512},
+                                                                              {"256", VectorLevel::bits256},
+                                                                              {"128", VectorLevel::bits128},
+                                                                              {"0", VectorLevel::plain}}};
     const char *const wish = std::getenv("FVQA_VECTOR_BITS"); // NOLINT(concurrency-mt-unsafe): nobody sets it
-    const std::string_view bits = wish != nullptr ? wish : "256";
-    if (bits == "256" && isAvailable(VectorLevel::bits256)) {
-        return VectorLevel::bits256;
+    bool mayTake = wish == nullptr;
+    for (const auto &[bits, level] : levels) {
+        mayTake = mayTake || bits == wish;
+        if (mayTake && isAvailable(level)) {
+            return level;
+        }
     }
-    return bits != "0" && isAvailable(VectorLevel::bits128) ? VectorLevel::bits128 : VectorLevel::plain;
+    return VectorLevel::plain;
 }
 
 // Null until the first record asks. Two threads that ask at once choose the same.

@@ -155,7 +155,7 @@ char *writeGeneral(char *out, double value) {
 }
 
 char *writeGeneralFields(char *out, std::span<const double> values) {
-    if (vectorLevel() == VectorLevel::bits256) {
+    if (vectorLevel() >= VectorLevel::bits256) {
         if (const FixedTextsKernel kernel = fixedTexts256()) {
             for (; !values.empty(); values = values.subspan(std::min(values.size(), FixedTexts::most))) {
                 out = writeMany(out, kernel, values.first(std::min(values.size(), FixedTexts::most)));

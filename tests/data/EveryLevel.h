@@ -14,7 +14,8 @@ public:
 
     static std::vector<VectorLevel> available() {
         std::vector<VectorLevel> levels;
-        for (const VectorLevel level : {VectorLevel::plain, VectorLevel::bits128, VectorLevel::bits256}) {
+        for (const VectorLevel level :
+             {VectorLevel::plain, VectorLevel::bits128, VectorLevel::bits256, VectorLevel::bits512}) {
             if (isAvailable(level)) {
                 levels.push_back(level);
             }

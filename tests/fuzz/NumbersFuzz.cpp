@@ -12,9 +12,11 @@
 #include "data/ShortDecimal.h"
 #include "export/GeneralNumber.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
+#include <iterator>
 #include <locale>
 #include <sstream>
 #include <string>
@@ -85,6 +87,7 @@ void checkKernels(std::string_view line, std::ptrdiff_t from, std::uint32_t want
     for (const VectorLevel level : EveryLevel::available()) {
         useVectorLevel(level);
         FieldEnds fields;
+        std::fill(std::begin(fields.ends), std::end(fields.ends), -7); // nothing that is left from before
         require(recordKernels().findFields(text.begin(), begin, text.end(), wanted, fields) == count,
                 "every level finds as many fields");
         require(std::equal(fields.ends, fields.ends + count + 1, expected.ends),
