@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <utility>
 
 namespace {
 
@@ -14,32 +13,63 @@ bool fitsSinglePrecision(double value) {
                                  static_cast<double>(static_cast<float>(value)) == value);
 }
 
+bool allFit(std::span<const double> extremes, double empty) {
+    return std::all_of(extremes.begin(), extremes.end(),
+                       [empty](double extreme) { return extreme == empty || fitsSinglePrecision(extreme); });
+}
+
 // `empty` is the extreme of a column without a number.
 float narrowed(double value, double empty) {
     return value == empty ? std::numeric_limits<float>::quiet_NaN() : static_cast<float>(value);
 }
 
+// Like reserve(), but as generous as push_back(): periods come one by one.
+template <typename Value>
+void makeRoomFor(std::vector<Value> &list, std::size_t more) {
+    if (list.capacity() - list.size() < more) {
+        list.reserve(std::max(list.size() + more, 2 * list.capacity()));
+    }
+}
+
 } // namespace
 
+bool fitSinglePrecision(const Accumulator &period) {
+    return allFit(period.maxima(), emptyMaximum) && allFit(period.minima(), emptyMinimum);
+}
+
+void AveragedSeries::makeRoom(bool mayBeWide) {
+    const std::size_t extremes = extremesOfPeriod * columns_;
+    const bool isWide = !wideExtremes_.empty();
+    makeRoomFor(stamps_, 1);
+    makeRoomFor(averages_, columns_);
+    if (!isWide) {
+        makeRoomFor(extremes_, extremes);
+    }
+    if (isWide || mayBeWide) {
+        makeRoomFor(wideExtremes_, extremes + (isWide ? 0 : extremes_.size()));
+    }
+}
+
 void AveragedSeries::append(std::uint32_t end, const Accumulator &period) {
+    const bool fit = fitSinglePrecision(period);
+    makeRoom(!fit);
     for (const double sum : period.sums()) {
         averages_.push_back(sum / period.count());
     }
-    appendExtremes(period.maxima(), emptyMaximum);
-    appendExtremes(period.minima(), emptyMinimum);
+    const bool isWide = !fit || !wideExtremes_.empty();
+    if (isWide) {
+        widenExtremes();
+    }
+    appendExtremes(isWide, period.maxima(), emptyMaximum);
+    appendExtremes(isWide, period.minima(), emptyMinimum);
     RecordStamp stamp = period.stamp();
     stamp.seconds = end;
     stamp.nanoseconds = 0;
     stamps_.push_back(stamp);
 }
 
-void AveragedSeries::appendExtremes(std::span<const double> extremes, double empty) {
-    const bool fit =
-        wideExtremes_.empty() && std::all_of(extremes.begin(), extremes.end(), [empty](double extreme) {
-            return extreme == empty || fitsSinglePrecision(extreme);
-        });
-    if (!fit) {
-        widenExtremes();
+void AveragedSeries::appendExtremes(bool isWide, std::span<const double> extremes, double empty) {
+    if (isWide) {
         wideExtremes_.insert(wideExtremes_.end(), extremes.begin(), extremes.end());
         return;
     }
@@ -49,16 +79,11 @@ void AveragedSeries::appendExtremes(std::span<const double> extremes, double emp
 }
 
 void AveragedSeries::widenExtremes() {
-    if (extremes_.empty()) {
-        return;
-    }
-    std::vector<double> wide;
     for (std::size_t i = 0; i < extremes_.size(); ++i) {
         const bool isMaximum = i / columns_ % extremesOfPeriod == 0;
         const double empty = isMaximum ? emptyMaximum : emptyMinimum;
-        wide.push_back(std::isnan(extremes_[i]) ? empty : extremes_[i]);
+        wideExtremes_.push_back(std::isnan(extremes_[i]) ? empty : extremes_[i]);
     }
-    wideExtremes_ = std::move(wide);
     extremes_ = {};
 }
 

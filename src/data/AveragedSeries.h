@@ -16,8 +16,10 @@ enum class Statistic { average, maximum, minimum };
 class AveragedSeries {
 public:
     void setColumns(std::size_t columns) { columns_ = columns; }
-    // Appends the period that ends at `end` (UTC seconds), unless it throws std::bad_alloc: then there can be
-    // no further one.
+    // Makes room for one more period, whose extremes fit into single precision unless `mayBeWide`. Changes no
+    // more than that, also when it throws std::bad_alloc.
+    void makeRoom(bool mayBeWide);
+    // Appends the period that ends at `end` (UTC seconds). Throws nothing once there is room.
     void append(std::uint32_t end, const Accumulator &period);
     void releaseSpareMemory();
 
@@ -36,7 +38,7 @@ public:
     std::size_t firstBehind(double utcSeconds) const;
 
 private:
-    void appendExtremes(std::span<const double> extremes, double empty);
+    void appendExtremes(bool isWide, std::span<const double> extremes, double empty);
     void widenExtremes();
 
     std::size_t columns_ = 0;
@@ -48,3 +50,6 @@ private:
     std::vector<float> extremes_;
     std::vector<double> wideExtremes_; // empty while all fit
 };
+
+// Whether all extremes of the period are numbers of single precision, or there are none.
+bool fitSinglePrecision(const Accumulator &period);

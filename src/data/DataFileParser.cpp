@@ -6,6 +6,7 @@
 #include <exception>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -88,11 +89,26 @@ void DataFileParser::handleSafely(std::uint64_t position, std::size_t length, co
     } catch (const MemoryAllowance::Exceeded &error) {
         giveUp(error.what(), position);
     } catch (const std::length_error &error) {
-        // A header line that asks for too much: one says it for all.
-        problem_ = problem_.empty() ? error.what() : problem_;
+        noteRefusal(error.what());
+    } catch (const std::bad_alloc &error) {
+        noteShortage(error);
     } catch (const std::exception &error) {
         appendError(error.what());
     }
+}
+
+// Of a header line that asks for too much: one says it for all.
+void DataFileParser::noteRefusal(const char *reason) {
+    try {
+        problem_ = problem_.empty() ? reason : problem_;
+    } catch (const std::bad_alloc &error) {
+        noteShortage(error);
+    }
+}
+
+void DataFileParser::noteShortage(const std::bad_alloc &error) {
+    wasShortOfMemory_ = true;
+    appendError(error.what());
 }
 
 DataFragment *DataFileParser::blockReadyFor(std::string_view line) const {
@@ -113,18 +129,26 @@ void DataFileParser::takeRead(ReadLine &line, std::uint64_t shortfall) {
 
 void DataFileParser::giveUp(std::string_view reason, std::uint64_t position) {
     hasGivenUp_ = true;
-    const std::string where = header_.subFileName.empty() ? "the file" : "the member " + header_.subFileName;
-    problem_.append(problem_.empty() ? "" : "; ").append(reason);
-    problem_.append(". Reading ends at byte ").append(std::to_string(position)).append(" of ").append(where);
+    try {
+        std::string problem = problem_;
+        problem.append(problem.empty() ? "" : "; ").append(reason);
+        problem.append(". Reading ends at byte ").append(std::to_string(position)).append(" of ");
+        problem.append(header_.subFileName.empty() ? "the file" : "the member ").append(header_.subFileName);
+        problem_ = std::move(problem);
+    } catch (const std::bad_alloc &error) {
+        noteShortage(error);
+    }
 }
 
 void DataFileParser::appendError(std::string_view what) {
-    if (messageText_.size() > messageTextLimit) {
+    const std::size_t size = messageText_.size();
+    if (size > messageTextLimit) {
         return;
     }
     try {
         messageText_.append("ERROR: ").append(what);
-    } catch (const std::bad_alloc &) { // NOLINT(bugprone-empty-catch): the first one has had room
+    } catch (const std::bad_alloc &) { // the first one has had room
+        messageText_.resize(size);
     }
 }
 
@@ -155,8 +179,8 @@ void DataFileParser::handleRecord(std::size_t tag, std::uint64_t offset, std::st
         return;
     }
     if (isOfEarlierMember_[tag]) {
-        isOfEarlierMember_[tag] = false;
         current_[tag]->continueIn({header_.subFileName, header_.memberNumber});
+        isOfEarlierMember_[tag] = false;
     }
     current_[tag]->acceptRecord(offset, line);
 }
@@ -170,25 +194,38 @@ std::shared_ptr<DataFragment> DataFileParser::startFragment(std::size_t tag, std
                                                    splitFields(columnNames), diagnosticNames_);
     fragment->setAllowance(allowance_);
     fragment->setBlockBegin(position);
-    if (const auto &previous = current_[tag]) {
-        if (!isOfEarlierMember_[tag]) {
-            previous->setBlockEnd(position);
-        }
-        previous->finishLoading();
+    keepStarted();
+    replaced_ = {tag, std::exchange(current_[tag], fragment), isOfEarlierMember_[tag]};
+    if (replaced_.block && !replaced_.isOfEarlierMember) {
+        replaced_.block->setBlockEnd(position);
     }
-    current_[tag] = fragment;
     isOfEarlierMember_[tag] = false;
     return fragment;
+}
+
+void DataFileParser::keepStarted() {
+    if (const auto block = std::exchange(replaced_.block, nullptr)) {
+        block->finishLoading();
+    }
+}
+
+void DataFileParser::takeStartedBack() {
+    if (replaced_.block && !replaced_.isOfEarlierMember) {
+        replaced_.block->setBlockEnd(DataFragment::openEnd);
+    }
+    isOfEarlierMember_[replaced_.tag] = replaced_.isOfEarlierMember;
+    current_[replaced_.tag] = std::exchange(replaced_.block, nullptr);
 }
 
 void DataFileParser::takeDiagnosticNames(std::string_view names) {
     const std::uint64_t memory = memoryOfNames(names);
     allowance_->take(memory, "names of bits");
+    auto split = std::make_shared<const std::vector<std::string>>(splitFields(names));
     if (diagnosticNames_.use_count() == 1) {
         allowance_->giveBack(diagnosticNamesMemory_);
     }
     diagnosticNamesMemory_ = memory;
-    diagnosticNames_ = std::make_shared<const std::vector<std::string>>(splitFields(names));
+    diagnosticNames_ = std::move(split);
     for (const std::size_t tag : {dataTag, statusTag}) {
         if (current_[tag] && !current_[tag]->columnsAreSetUp()) {
             current_[tag]->setDiagnosticNames(diagnosticNames_);

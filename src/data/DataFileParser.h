@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +33,12 @@ public:
     std::shared_ptr<DataFragment> parseLine(std::uint64_t offset, std::string_view line,
                                             std::uint64_t shortfall);
 
+    // Of the fragment that parseLine() has just given. Once it is known to have a place, the one that it
+    // takes over from is done; without one, that goes on taking record lines as if the header line had not
+    // come.
+    void keepStarted();
+    void takeStartedBack();
+
     // The block that takes the record line `line`, when nothing is left to be done for that but to read its
     // fields and accept them; null for any line that parseLine must handle. Until the next such line is
     // handled, other threads may read fields by the block's layout.
@@ -43,6 +50,10 @@ public:
     // "ERROR: " and what went wrong, for each line that could not be handled, up to about 10,000 characters.
     const std::string &messageText() const { return messageText_; }
     void appendError(std::string_view what);
+
+    // Notes that a line was lost to a failed allocation.
+    void noteShortage(const std::bad_alloc &error);
+    bool wasShortOfMemory() const { return wasShortOfMemory_; }
 
     // Why records of the source are left out, for people; empty when none are for such a reason. Bad lines
     // are none.
@@ -57,13 +68,17 @@ public:
     bool foundHeader() const { return foundHeader_; }
 
     // Lets go of the fragments that took record lines.
-    void finish() { current_ = {}; }
+    void finish() {
+        current_ = {};
+        replaced_.block = nullptr;
+    }
 
 private:
     static constexpr std::size_t recordTags = 3;
 
     template <typename Handling>
     void handleSafely(std::uint64_t position, std::size_t length, const Handling &handle);
+    void noteRefusal(const char *reason);
     void giveUp(std::string_view reason, std::uint64_t position);
     std::shared_ptr<DataFragment> handleLine(std::uint64_t offset, std::string_view line,
                                              std::uint64_t shortfall);
@@ -82,8 +97,16 @@ private:
     std::array<std::shared_ptr<DataFragment>, recordTags> current_; // DATA, DATASTAT, DATABIO
     // For each of them, whether it has taken no line of the present archive member.
     std::array<bool, recordTags> isOfEarlierMember_{};
+    // What the last header line took the place of.
+    struct Replaced {
+        std::size_t tag = 0;
+        std::shared_ptr<DataFragment> block; // null when there was none, or it is done
+        bool isOfEarlierMember = false;
+    };
+    Replaced replaced_;
     std::string messageText_;
     std::string problem_;
     bool hasGivenUp_ = false;
+    bool wasShortOfMemory_ = false;
     bool foundHeader_ = false;
 };

@@ -4,6 +4,7 @@
 #include "data/VariableKey.h"
 
 #include <algorithm>
+#include <new>
 #include <tuple>
 #include <utility>
 
@@ -69,24 +70,41 @@ void DataFragment::setAllowance(std::shared_ptr<MemoryAllowance> allowance) {
     }
 }
 
-void DataFragment::takeMemoryForColumns() {
+// What they take from now on.
+std::uint64_t DataFragment::memoryForColumns() const {
     // Kept for each value: name and unit, its extremes and its reader; for all files its key and its place in
     // the table of units.
     constexpr std::uint64_t keptBytes = 2 * stringBytes + 2 * sizeof(double) + sizeof(FieldReader) + 224;
     const ColumnDemand demand = demandOf(columnNames_, *diagnosticNames_);
     const std::uint64_t keyBytes = header_.instrument.size() + tag_.size();
-    if (loading_->allowance) {
-        loading_->allowance->take(demand.values * (keptBytes + loadingBytesOfValue + keyBytes) +
-                                      4 * std::uint64_t{demand.nameBytes} +
-                                      columnNames_.size() * sizeof(FieldReader),
-                                  "columns");
-    }
+    return demand.values * (keptBytes + loadingBytesOfValue + keyBytes) +
+           4 * std::uint64_t{demand.nameBytes} + columnNames_.size() * sizeof(FieldReader);
 }
 
 void DataFragment::setUpColumns() {
     columnsAreSetUp_ = true;
     columnsAreRefused_ = true;
-    takeMemoryForColumns();
+    std::uint64_t memory = 0;
+    try {
+        const std::uint64_t wanted = memoryForColumns();
+        if (loading_->allowance) {
+            loading_->allowance->take(wanted, "columns");
+            memory = wanted;
+        }
+        bindColumns();
+    } catch (const std::bad_alloc &) {
+        // The next record line may find what there was not for this one.
+        layout_ = {};
+        columnsAreSetUp_ = false;
+        if (loading_->allowance) {
+            loading_->allowance->giveBack(memory);
+        }
+        throw;
+    }
+    columnsAreRefused_ = false;
+}
+
+void DataFragment::bindColumns() {
     layout_ = layOutColumns(tag_, columnNames_, *diagnosticNames_);
     const std::size_t columns = valueCount();
     for (std::size_t level = 0; level < periods.size(); ++level) {
@@ -96,7 +114,6 @@ void DataFragment::setUpColumns() {
     minimum_.values.assign(columns, emptyMinimum);
     maximum_.values.assign(columns, emptyMaximum);
     loading_->record.values.resize(columns);
-    columnsAreRefused_ = false;
 }
 
 void DataFragment::acceptRecord(std::uint64_t lineOffset, std::string_view line) {
@@ -142,7 +159,8 @@ void DataFragment::takeIn(const RecordStamp &stamp, const double *values, std::u
     if (recordCount_ == 0) {
         startPeriods(stamp.seconds);
     }
-    // First what asks for memory, so that a record for which there is none is left out whole.
+    // First all that asks for memory, so that a record for which there is none is left out whole.
+    makeRoom(stamp);
     closePeriods(stamp);
     const std::size_t indexSize = halfHourIndex_.entries().size();
     halfHourIndex_.note(stamp.seconds, lineOffset);
@@ -171,15 +189,31 @@ void DataFragment::startPeriods(std::uint32_t utcSeconds) {
     }
 }
 
+bool DataFragment::isClosedBy(const RecordStamp &stamp, std::size_t level) const {
+    const std::uint64_t end = loading_->pendingEnds[level];
+    // A record exactly at a period's end still belongs to it.
+    return end < stamp.seconds || (end == stamp.seconds && stamp.nanoseconds != 0);
+}
+
+void DataFragment::makeRoom(const RecordStamp &stamp) {
+    halfHourIndex_.makeRoom();
+    bool isFilled = false;
+    bool mayBeWide = false;
+    for (std::size_t level = 0; level < periods.size() && isClosedBy(stamp, level); ++level) {
+        // It will take in the periods below it first.
+        const Accumulator &period = loading_->accumulators[level];
+        isFilled = isFilled || period.count() > 0;
+        mayBeWide = mayBeWide || !fitSinglePrecision(period);
+        if (isFilled) {
+            series_[level].makeRoom(mayBeWide);
+        }
+    }
+}
+
 void DataFragment::closePeriods(const RecordStamp &stamp) {
     auto &accumulators = loading_->accumulators;
-    auto &pendingEnds = loading_->pendingEnds;
-    for (std::size_t level = 0; level < periods.size(); ++level) {
-        const std::uint64_t end = pendingEnds[level];
-        // A record exactly at a period's end still belongs to it.
-        if (end > stamp.seconds || (end == stamp.seconds && stamp.nanoseconds == 0)) {
-            return;
-        }
+    for (std::size_t level = 0; level < periods.size() && isClosedBy(stamp, level); ++level) {
+        std::uint64_t &end = loading_->pendingEnds[level];
         Accumulator &period = accumulators[level];
         if (period.count() > 0) {
             series_[level].append(static_cast<std::uint32_t>(end), period);
@@ -192,7 +226,7 @@ void DataFragment::closePeriods(const RecordStamp &stamp) {
             }
             period.reset();
         }
-        pendingEnds[level] = (stamp.seconds / periods[level] + std::uint64_t{1}) * periods[level];
+        end = (stamp.seconds / periods[level] + std::uint64_t{1}) * periods[level];
     }
 }
 

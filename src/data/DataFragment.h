@@ -79,7 +79,8 @@ public:
     void setDiagnosticNames(DiagnosticNames names);
     bool columnsAreSetUp() const { return columnsAreSetUp_; }
     // Binds the columns to their readers. Runs before the first record; throws std::length_error on a header
-    // with too many columns, whose records are then all dropped, and MemoryAllowance::Exceeded.
+    // with too many columns, whose records are then all dropped, and MemoryAllowance::Exceeded. After
+    // std::bad_alloc it can be called again.
     void setUpColumns();
     // Reads the record line and, when it is good, takes its record in. Throws MemoryAllowance::Exceeded when
     // it was the last for which there is memory. `lineOffset` is the line's offset in
@@ -91,6 +92,8 @@ public:
     // this result. Only while takesFields().
     void acceptFields(std::uint64_t lineOffset, std::size_t lineLength, FieldResult result,
                       RecordStamp &stamp, const double *values);
+    // Of a block whose source no other block of its tag follows.
+    static constexpr std::uint64_t openEnd = std::numeric_limits<std::uint64_t>::max();
     // The block's lines lie between these true offsets, the header line first: the begin in its first archive
     // member, the end in its last.
     void setBlockBegin(std::uint64_t offset) { blockBegin_ = offset; }
@@ -170,11 +173,15 @@ private:
         std::uint64_t newPeriods = 0;               // bytes that the record being taken in has added
     };
 
-    void takeMemoryForColumns();
+    std::uint64_t memoryForColumns() const;
+    void bindColumns();
     bool isGood(FieldResult result) const;
     void takeIn(const RecordStamp &stamp, const double *values, std::uint64_t lineOffset,
                 std::size_t lineLength);
     void startPeriods(std::uint32_t utcSeconds);
+    // Whether the period of this level that is open ends before the record.
+    bool isClosedBy(const RecordStamp &stamp, std::size_t level) const;
+    void makeRoom(const RecordStamp &stamp);
     void closePeriods(const RecordStamp &stamp);
     void widenStamps(const RecordStamp &record);
     void widenExtremes() const;
@@ -188,7 +195,7 @@ private:
     std::uint64_t firstOffset_ = 0;
     std::uint64_t endOffset_ = 0;
     std::uint64_t blockBegin_ = 0;
-    std::uint64_t blockEnd_ = std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t blockEnd_ = openEnd;
     std::vector<std::string> columnNames_;
     DiagnosticNames diagnosticNames_; // never null
     ColumnLayout layout_;

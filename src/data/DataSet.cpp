@@ -54,8 +54,10 @@ void DataSet::parseLine(std::uint64_t offset, std::string_view line, std::uint64
         // In this order, so that none is left unfinished when there is no memory for the second.
         loading_.push_back(fragment);
         fragments_.append(std::move(fragment));
+        parser_->keepStarted();
     } catch (const std::bad_alloc &error) {
-        parser_->appendError(error.what());
+        parser_->takeStartedBack();
+        parser_->noteShortage(error);
     }
 }
 

@@ -46,6 +46,8 @@ public:
     std::uint64_t memoryTaken() const { return parser_ ? parser_->allowance().taken() : 0; }
     // What it may still take.
     std::uint64_t memoryLeft() const { return parser_ ? parser_->allowance().left() : 0; }
+    // Whether lines were lost to failed allocations.
+    bool wasShortOfMemory() const { return parser_ && parser_->wasShortOfMemory(); }
     // See DataFileParser::hasGivenUp.
     bool hasGivenUp() const { return parser_ && parser_->hasGivenUp(); }
     // False when no header line has come: not a data file.

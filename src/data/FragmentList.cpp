@@ -11,8 +11,14 @@ constexpr double unsorted = -std::numeric_limits<double>::infinity();
 
 void FragmentList::put(double key, std::shared_ptr<const DataFragment> fragment) {
     const Position position{key, arrivals_++};
-    positionsOfFile_[fragment->header().fileName].push_back(position);
-    fragments_.emplace(position, std::move(fragment));
+    auto &positions = positionsOfFile_[fragment->header().fileName];
+    const auto placed = fragments_.emplace(position, std::move(fragment)).first;
+    try {
+        positions.push_back(position);
+    } catch (...) {
+        fragments_.erase(placed);
+        throw;
+    }
 }
 
 void FragmentList::append(std::shared_ptr<const DataFragment> fragment) {

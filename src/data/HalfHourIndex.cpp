@@ -12,6 +12,12 @@ void HalfHourIndex::begin(std::uint32_t utcSeconds) {
     pending_ = std::uint64_t{utcSeconds} / halfHour * halfHour;
 }
 
+void HalfHourIndex::makeRoom() {
+    if (entries_.size() == entries_.capacity()) {
+        entries_.reserve(2 * entries_.capacity() + 1);
+    }
+}
+
 void HalfHourIndex::note(std::uint32_t utcSeconds, std::uint64_t offset) {
     if (pending_ > utcSeconds) {
         return;

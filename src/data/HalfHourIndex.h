@@ -13,6 +13,8 @@ class HalfHourIndex {
 public:
     // Starts the pending boundary at the half hour of the block's first record.
     void begin(std::uint32_t utcSeconds);
+    // Makes room for one more record to be noted, or throws std::bad_alloc.
+    void makeRoom();
     // Notes the record at `utcSeconds` when it reaches the pending boundary.
     void note(std::uint32_t utcSeconds, std::uint64_t offset);
 

@@ -11,7 +11,8 @@
 // own: where the times of two files overlap, their blocks take turns.
 class SourceReaders {
 public:
-    // The reader that has `source` open; if none has, one that opens it when it is told where to go.
+    // The reader that has `source` open; if none has, one that opens it when it is told where to go. It is
+    // for that source until three others have been asked for since; `source` must live as long.
     SourceReader &readerFor(const SourceHeader &source);
 
     void close();

@@ -72,8 +72,12 @@ std::atomic<VectorLevel> &level() {
 }
 
 const RecordKernels *choose() {
-    const RecordKernels *const kernels = kernelsOf(level());
-    chosen = kernels;
+    const RecordKernels *kernels = nullptr;
+    // Unless another level is in use by now: then `kernels` becomes that one's.
+    if (const RecordKernels *const wanted = kernelsOf(level());
+        chosen.compare_exchange_strong(kernels, wanted)) {
+        kernels = wanted;
+    }
     return kernels;
 }
 

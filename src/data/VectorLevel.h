@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// How wide the vectors are that the reading of records works with. All levels give the same results, bit for
-// bit; they differ in speed only.
+// How wide the vectors are that the reading of records and the writing of numbers work with. All levels give
+// the same results, bit for bit; they differ in speed only.
 enum class VectorLevel : std::uint8_t { plain, bits128, bits256, bits512 };
 
 // Whether this processor, and this build, can work at `level`.

@@ -17,6 +17,11 @@
 
 namespace {
 
+// Asks for none itself.
+QString shortOfMemory() {
+    return QStringLiteral("There is not enough memory: records may be missing");
+}
+
 // Progress is worked out once in this many lines, so that reports do not slow the reading.
 constexpr int linesBetweenReports = 1000;
 
@@ -219,6 +224,10 @@ private:
         if (cancelled_ || !report_.problem.isEmpty()) {
             return;
         }
+        if (source_.wasShortOfMemory()) {
+            report_.problem = shortOfMemory();
+            return;
+        }
         if (fileSize_ == 0) {
             report_.problem = QStringLiteral("The file is empty");
             return;
@@ -293,7 +302,7 @@ LoadReport loadFile(const QString &fileName, DataSet &source, const std::atomic<
         // The load has given back what it took for itself, so that there is memory for what follows.
         source.finishLoading();
         progress(100, fileSize);
-        return {QStringLiteral("There is not enough memory: records may be missing"), QString()};
+        return {shortOfMemory(), QString()};
     }
 }
 

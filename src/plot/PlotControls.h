@@ -10,7 +10,8 @@ class QToolButton;
 
 // The controls of a plot window, in a row: zooming, the left axis's range, printing and closing.
 //
-// Connected to nothing, and the zoom buttons cannot be used yet. The layout that takes the row owns it all.
+// Connected to nothing, and the zoom buttons cannot be used yet. The layout that takes the row owns that, the
+// window whose layout it is the controls.
 class PlotControls {
     Q_DECLARE_TR_FUNCTIONS(PlotControls)
 

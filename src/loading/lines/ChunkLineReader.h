@@ -65,8 +65,8 @@ public:
     // Passes over `count` bytes; false when fewer are left in the present data and one refill.
     bool skip(qint64 count);
 
-    // Closes the source. Blocks are kept for the next one: clearing a new one would cost more than reading a
-    // small archive member.
+    // Closes the source. Blocks are kept for the next one: the pages of a new one would cost more than
+    // reading a small archive member.
     void finish();
     // The same, and gives the block back.
     void close();
