@@ -72,13 +72,11 @@ std::atomic<VectorLevel> &level() {
 }
 
 const RecordKernels *choose() {
-    const RecordKernels *kernels = nullptr;
-    // Unless another level is in use by now: then `kernels` becomes that one's.
-    if (const RecordKernels *const wanted = kernelsOf(level());
-        chosen.compare_exchange_strong(kernels, wanted)) {
-        kernels = wanted;
-    }
-    return kernels;
+    const RecordKernels *const available = kernelsOf(level());
+    const RecordKernels *const wanted = available != nullptr ? available : plainKernels();
+    // Unless another level has come into use meanwhile.
+    const RecordKernels *present = nullptr;
+    return chosen.compare_exchange_strong(present, wanted) ? wanted : present;
 }
 
 } // namespace
