@@ -9,13 +9,11 @@
 #include "loading/support/ZipWriting.h"
 #include "support/FailingAllocations.h"
 
-#include <array>
 #include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <new>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -279,62 +277,6 @@ TEST_P(MemoryShortage, AReaderOfAMemberReadsTheNextOneWhole) {
         }
         EXPECT_EQ(lineCount(reader), lines) << good;
     }
-}
-
-TEST_P(MemoryShortage, ALineForWhichThereIsNoMemoryIsAnErrorAndTheNextOneIsHandled) {
-    DataSet source("a.data");
-    {
-        const FailingAllocations shortage(0, GetParam());
-        source.parseLine(0, "DATAH\tSECONDS\tCH4_MOLE_FRACTION_OF_AIR(ppm)");
-    }
-    EXPECT_EQ(source.messageText(), "ERROR: std::bad_alloc");
-    EXPECT_TRUE(source.fragments().empty());
-    source.parseLine(1, "DATAH\tSECONDS\tCH4");
-    source.parseLine(2, "DATA\t5\t1");
-    EXPECT_EQ(source.messageText(), "ERROR: std::bad_alloc");
-    EXPECT_EQ(recordsIn(source), 1U);
-}
-
-// Each allocation in turn fails, the first one at line `from`; the lines behind that have memory again. Gives
-// how many ways there were.
-std::size_t failInTurn(std::span<const std::string_view> lines, std::size_t from,
-                       const std::function<void(const DataSet &)> &check) {
-    for (std::size_t good = 0;; ++good) {
-        SCOPED_TRACE("memory ran out after " + std::to_string(good) + " blocks");
-        DataSet source("a.data");
-        bool wasShort = false;
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            const FailingAllocations shortage(i == from ? good : FailingAllocations::never, Lasting::once);
-            source.parseLine(i, lines[i]);
-            wasShort = wasShort || shortage.hasFailed();
-        }
-        if (!wasShort) {
-            return good;
-        }
-        EXPECT_TRUE(source.wasShortOfMemory());
-        check(source);
-    }
-}
-
-TEST_P(MemoryShortage, AFirstRecordWithoutMemoryCostsNoOther) {
-    constexpr std::array<std::string_view, 5> lines{"DATAH\tSECONDS\tDIAG\tCH4_MOLE_FRACTION_OF_AIR(ppm)",
-                                                    "DATA\t5\t1\t2", "DATA\t6\t1\t2", "DATA\t7\t1\t2",
-                                                    "DATA\t8\t1\t2"};
-    const std::size_t ways =
-        failInTurn(lines, 1, [](const DataSet &source) { EXPECT_EQ(recordsIn(source), 3U); });
-    EXPECT_GT(ways, 5U);
-}
-
-TEST_P(MemoryShortage, ABlockThatCannotBeStartedLeavesItsRecordsToTheOneBefore) {
-    constexpr std::array<std::string_view, 5> lines{"DATAH\tSECONDS\tCH4", "DATA\t5\t1",
-                                                    "DATAH\tSECONDS\tCH4_MOLE_FRACTION_OF_AIR(ppm)",
-                                                    "DATA\t6\t1", "DATA\t7\t1"};
-    const std::size_t ways = failInTurn(lines, 2, [](const DataSet &source) {
-        EXPECT_EQ(source.fragments().size(), 1U);
-        EXPECT_EQ(recordsIn(source), 3U);
-        EXPECT_EQ(source.fragments().front().blockEnd(), DataFragment::openEnd);
-    });
-    EXPECT_GT(ways, 5U);
 }
 
 TEST_P(MemoryShortage, ABatchThatCannotBeHandedOverIsReadByTheThreadThatNeedsIt) {
